@@ -1,0 +1,2 @@
+#include "orvaneip.h"
+int main() { return 0; }

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "platform/export.h"
+
+// Seconds to add to UTC to get the local standard time: positive east of Greenwich (UTC+8 gives
+// 28800), and the same in summer as in winter. Reads the zone from TZ or the system's setting.
+// Thread-safe, as long as no other thread changes the environment.
+ORVANEIP_API long get_timezone_diff();

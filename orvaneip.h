@@ -1,0 +1,42 @@
+// liborvaneip: the device configuration of the metadata service. This header includes every
+// exported declaration; each says what is its own, and all of them keep these rules:
+//
+//  1. No state. There is no initialisation and no shutdown; every function may be called at any
+//     time, opens what it needs and releases it before it returns.
+//  2. Threads. Any two calls may run at once, as long as they do not share an argument that either
+//     writes. Changes of the same data source from several threads or processes each take effect
+//     whole, in some order; a look before a change (does the name exist?) is a step of its own.
+//  3. Results. A function's declaration names its family: 0 or -1; a result code of
+//     foundation/result_codes.h or a status of platform/vault_status.h; a pointer or null; true or
+//     false. devcfg_result_text gives the meaning of a code in words.
+//  4. Texts are NUL-terminated byte strings, UTF-8 by convention; they are compared byte for byte
+//     and never converted. A char* argument is only read, unless it is called a buffer. Null is a
+//     caller's error that gets the stated result, never a crash, unless the declaration says that
+//     it must not be null.
+//  5. Buffers. Each has a stated size in bytes, terminator included, and is never written beyond
+//     it. A longer text is cut to fit, which is no failure.
+//  6. Out-parameters are written only on the paths that the declaration names: set them before the
+//     call. Lists are appended to, never emptied first.
+//  7. Ownership. Arguments stay the caller's. A returned json_object is released with
+//     json_object_put.
+//  8. Exceptions. None but those of the standard library when memory is exhausted.
+//  9. Log. Failures are told in the log of the platform (platform/log_sinks.h), there is no other
+//     output.
+#pragma once
+
+#include "foundation/file_exist.h"
+#include "foundation/identifiers.h"
+#include "foundation/logging.h"
+#include "foundation/result_codes.h"
+#include "foundation/split.h"
+#include "foundation/time_zone.h"
+#include "platform/export.h"
+#include "platform/log_sinks.h"
+#include "platform/vault_status.h"
+#include "vault/add_device.h"
+#include "vault/cameras.h"
+#include "vault/data_source.h"
+#include "vault/filters.h"
+#include "vault/list_devices.h"
+#include "vault/lookups.h"
+#include "vault/modify_device.h"

@@ -1,0 +1,15 @@
+#include "platform/embedded/vault_session.h"
+#include "vault/data_source.h"
+
+CMetadata::CMetadata() = default;
+CMetadata::~CMetadata() = default;
+
+int CMetadata::remove_metadata(std::string key) {
+  using namespace metadata_vault;
+  return orvaneplatform::write_vault(state_, __func__, [&](soci::session& sql) {
+    soci::statement remove =
+        (sql.prepare << "DELETE FROM metadata WHERE metadata_id = :key", soci::use(key));
+    remove.execute(true);
+    return remove.get_affected_rows() > 0 ? kVaultOk : kVaultNotFound;
+  });
+}

@@ -1,0 +1,77 @@
+#include "vault/filters.h"
+
+#include <json-c/json.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/result_codes.h"
+#include "platform/log_sinks.h"
+#include "vault/data_source.h"
+#include "vault/json_fields.h"
+#include "vault/vault_connection.h"
+
+namespace {
+
+using metadata_vault::Filter;
+
+Filter read_filter(json_object* entry, const std::string& vault_id) {
+  Filter filter;
+  filter.name = orvaneip::string_field(entry, "name");
+  filter.target = orvaneip::string_field(entry, "target");
+  filter.result = orvaneip::string_field(entry, "result");
+  filter.type = orvaneip::int_field(entry, "type");
+  filter.vault_id = vault_id;
+  return filter;
+}
+
+// Nothing when the list is no array of objects.
+std::optional<std::vector<Filter>> read_filter_list(json_object* filter_list,
+                                                    const std::string& vault_id) {
+  if (!json_object_is_type(filter_list, json_type_array)) {
+    return std::nullopt;
+  }
+  std::vector<Filter> filters;
+  const std::size_t length = json_object_array_length(filter_list);
+  filters.reserve(length);
+  for (std::size_t i = 0; i < length; ++i) {
+    json_object* entry = json_object_array_get_idx(filter_list, i);
+    if (!json_object_is_type(entry, json_type_object)) {
+      return std::nullopt;
+    }
+    filters.push_back(read_filter(entry, vault_id));
+  }
+  return filters;
+}
+
+}  // namespace
+
+int devcfg_modify_filter(char* vault_id, json_object* filter_list) {
+  if (vault_id == nullptr || *vault_id == '\0') {
+    orvane_log_debug("[devcfg](%s:%d) Vault ID=%s doesn't exist", __func__, __LINE__,
+                     vault_id != nullptr ? vault_id : "(null)");
+    return kDevcfgVaultIdMissing;
+  }
+  const auto filters = read_filter_list(filter_list, vault_id);
+  if (!filters) {
+    orvane_log_debug("[devcfg](%s:%d) filter list of %s is not an array of objects", __func__,
+                     __LINE__, vault_id);
+    return kDevcfgFailed;
+  }
+  const orvaneip::VaultConnection<CDataSource> vault;
+  vault->remove_filter_by_vault_id(vault_id);
+  for (const Filter& filter : *filters) {
+    vault->insert_filter(filter);
+  }
+  return kDevcfgOk;
+}
+
+int devcfg_check_filter_token(char* /*token_key*/, bool* has_token) {
+  if (has_token != nullptr) {
+    *has_token = false;
+  }
+  return kDevcfgOk;
+}
+
+int devcfg_clear_filter_token(char* /*token_key*/) { return kDevcfgOk; }

@@ -1,0 +1,29 @@
+// Data sources as one JSON document.
+//
+// The document, its keys in this order:
+//   {"vault_list": [{"vault_id", "vault_name", "description", "type": string, "index": int,
+//     "enable": boolean, "status": object,
+//     "filter": [{"type": int, "target", "result", "name": string}],
+//     "channel_guid_list": [{"channel_index": int, "guid", "name": string}]}]}
+// Data sources, filters and channels stand in the order in which the vault database gives them
+// (vault/data_source.h). A database that cannot be read gives an empty list, and its log line.
+//
+// The returned document belongs to the caller, who releases it with json_object_put.
+#pragma once
+
+#include "platform/export.h"
+
+struct json_object;
+
+// One data source; an empty "vault_list" when there is none with this identifier. The "status" is
+// {"last_recv_time_str": milliseconds since 1970 (UTC) as decimal digits, "" for none}.
+// Writes 0 through `error_code` (which may be null), or returns null and writes
+// kDevcfgDeviceIdMissing when `vault_id` is null or empty.
+ORVANEIP_API json_object* devcfg_get_device(char* vault_id, int* error_code);
+
+// All data sources. The "status" is {"last_recv_date": local date and time, "server_time": the same
+// wall clock in milliseconds as if it were UTC, by the zone's standard offset}, or
+// {"last_recv_date": ""} when nothing has been received. Writes 0 through `error_code` (which may be
+// null). The three texts are not looked at.
+ORVANEIP_API json_object* devcfg_get_all_device(int* error_code, char* ignored_text_1,
+                                                char* ignored_text_2, char* ignored_text_3);

@@ -1,0 +1,25 @@
+// The vault connection: one open object of the vault database, for the length of one call.
+#pragma once
+
+#include <memory>
+
+namespace orvaneip {
+
+// `Store` is CDataSource or CMetadata. Created on the heap and opened by the constructor, closed
+// and deleted on every path. A database that cannot be opened is noticed by the operations: queries
+// find nothing, changes fail.
+template <typename Store>
+class VaultConnection {
+ public:
+  VaultConnection() : store_(new Store) { store_->init(); }
+  ~VaultConnection() { store_->release(); }
+  VaultConnection(const VaultConnection&) = delete;
+  VaultConnection& operator=(const VaultConnection&) = delete;
+
+  Store* operator->() const { return store_.get(); }
+
+ private:
+  std::unique_ptr<Store> store_;
+};
+
+}  // namespace orvaneip
