@@ -1,0 +1,16 @@
+// The subcommand families of devcfg; each has a folder of its own and registers its commands here.
+//
+// A command is a CLI::App subcommand whose callback does the work on exported functions only. It
+// prints its result on standard output and returns, or throws: Refusal for "refused or failed"
+// (exit status 1), what CLI11 throws for wrong usage (exit status 2).
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace devcfg {
+
+void add_data_source_commands(CLI::App& app);  // data_sources/: add list show modify remove ...
+void add_filter_commands(CLI::App& app);       // filters/: filters show|set
+void add_camera_commands(CLI::App& app);       // cameras/: camera removed|renamed
+
+}  // namespace devcfg
