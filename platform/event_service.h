@@ -1,0 +1,14 @@
+// The event service: the events that are active at present, each under its id.
+#pragma once
+
+#include <string>
+
+#include "platform/export.h"
+
+// Removes an active event. Non-zero when the event service removed it, 0 when it did not: there is
+// no such event, or it could not be reached (and logged why).
+//
+// The embedded platform keeps the active event ids durably in the file events.db beside the vault
+// database, one SQLite table `active_event (event_id TEXT PRIMARY KEY)`; the programs that raise
+// events insert into it.
+ORVANEIP_API int aevt_remove_event(std::string event_id);
