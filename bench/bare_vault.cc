@@ -22,9 +22,8 @@ sqlite3_stmt* prepare(sqlite3* handle, const char* query) {
 }
 
 json_object* text(sqlite3_stmt* row, int column) {
-  return json_object_new_string_len(
-      reinterpret_cast<const char*>(sqlite3_column_text(row, column)),
-      sqlite3_column_bytes(row, column));
+  return json_object_new_string_len(reinterpret_cast<const char*>(sqlite3_column_text(row, column)),
+                                    sqlite3_column_bytes(row, column));
 }
 
 json_object* number(sqlite3_stmt* row, int column) {

@@ -63,8 +63,8 @@ bool SampleVault::add(const std::string& vault_id, int channels, int filters) co
   std::string id = vault_id;
   json_object* channel_array = channel_list(channels);
   json_object* filter_array = filter_list(filters);
-  const bool added = add_with(vault_id, channel_array) &&
-                     devcfg_modify_filter(id.data(), filter_array) == 0;
+  const bool added =
+      add_with(vault_id, channel_array) && devcfg_modify_filter(id.data(), filter_array) == 0;
   json_object_put(channel_array);
   json_object_put(filter_array);
   return added;

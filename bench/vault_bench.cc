@@ -25,7 +25,8 @@ const SampleVault& full_vault() {
   static const SampleVault* vault = [] {
     auto* made = new SampleVault;
     for (int i = 0; i < metadata_vault::kMaxDataSources; ++i) {
-      require(i == 0 ? made->add_plain(id_of(i)) : made->add(id_of(i), 16, 8), "filling the sample vault");
+      require(i == 0 ? made->add_plain(id_of(i)) : made->add(id_of(i), 16, 8),
+              "filling the sample vault");
     }
     return made;
   }();

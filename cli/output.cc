@@ -8,9 +8,9 @@
 namespace devcfg {
 
 void print_json(json_object* document) {
-  std::puts(json_object_to_json_string_ext(
-      document,
-      JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE));
+  std::puts(json_object_to_json_string_ext(document, JSON_C_TO_STRING_PRETTY |
+                                                         JSON_C_TO_STRING_SPACED |
+                                                         JSON_C_TO_STRING_NOSLASHESCAPE));
 }
 
 Table::Table(const std::vector<std::string>& columns) : table_(scols_new_table()) {

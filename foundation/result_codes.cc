@@ -52,7 +52,8 @@ constexpr ResultText kTexts[] = {
 }  // namespace
 
 const char* devcfg_result_text(int result) {
-  const auto* found = std::find_if(std::begin(kTexts), std::end(kTexts),
-                                   [result](const ResultText& row) { return row.result == result; });
+  const auto* found =
+      std::find_if(std::begin(kTexts), std::end(kTexts),
+                   [result](const ResultText& row) { return row.result == result; });
   return found != std::end(kTexts) ? found->text : "unknown result";
 }

@@ -6,26 +6,28 @@
 //  - A value stored at a path reads back unchanged from the same path, whatever its bytes.
 //  - A read copies into a buffer of the stated size in bytes, the terminator included, and cuts a
 //    longer value to fit; where there is no value at the path it delivers the default.
-//  - A handle belongs to the thread that opened it, until it is closed. Any number of handles may be
+//  - A handle belongs to the thread that opened it, until it is closed. Any number of handles may
+//  be
 //    open at once; changes are in the file once xmlcfg_close has returned true.
 //
 // The embedded platform:
 //  - A value is the text of the element at the path; the first element of a name counts. Comments,
 //    unknown elements and their order survive a save. What XML cannot carry as text (control
-//    characters, broken UTF-8) is stored in an encoded form that says so; all else reads as plain XML
-//    for other programs too.
+//    characters, broken UTF-8) is stored in an encoded form that says so; all else reads as plain
+//    XML for other programs too.
 //  - Not opened (null and a log line), and so never overwritten: a file that is missing, cannot be
 //    read, is malformed, has a document type, is larger than 64 MiB, or is nested deeper than 256
 //    elements. A file that is empty or holds just the XML declaration is an empty tree.
 //  - A path whose top element is not the file's own finds nothing and stores nothing; an empty tree
 //    takes the first top element that is stored. An element name that XML does not allow stores
 //    nothing. Both are logged when storing.
-//  - A handle opened for change holds an advisory lock on the file PATH.lock until it is closed; the
+//  - A handle opened for change holds an advisory lock on the file PATH.lock until it is closed;
+//  the
 //    wait for it ends after 10 seconds, and then the open fails. A reader takes no lock and never
 //    writes: it sees the old file or the new one.
 //  - A save writes a new file in the same folder, synchronises it, replaces the old one in one step
-//    and synchronises the folder; mode and owner are kept. Nothing is written when nothing changed. A
-//    save that fails leaves the old file as it is and a log line.
+//    and synchronises the folder; mode and owner are kept. Nothing is written when nothing changed.
+//    A save that fails leaves the old file as it is and a log line.
 // Log lines of the embedded tree carry the tag "[cfgtree]".
 #pragma once
 
@@ -50,8 +52,8 @@ ORVANEIP_API bool xmlcfg_get_str(void* handle, const char* default_value, char* 
 // when there is none or it does not begin with a number.
 ORVANEIP_API int xmlcfg_get_int(void* handle, int default_value, ...);
 
-// The value as a boolean: "true", "yes", "on", "1" and "false", "no", "off", "0" in any letter case;
-// anything else is the default.
+// The value as a boolean: "true", "yes", "on", "1" and "false", "no", "off", "0" in any letter
+// case; anything else is the default.
 ORVANEIP_API bool xmlcfg_get_bool(void* handle, bool default_value, ...);
 
 // Stores the value at the path, creating the elements that do not exist. False when it was not
@@ -61,8 +63,9 @@ ORVANEIP_API bool xmlcfg_set_str(void* handle, const char* value, ...);
 // Removes the element at the path with everything under it. True when there was one.
 ORVANEIP_API bool xmlcfg_remove(void* handle, ...);
 
-// A read-only copy of the subtree at the path, which stays valid after the handle is closed; null on
-// failure. Its own name is the first element of every path into it. Released with xmltree_destroy.
+// A read-only copy of the subtree at the path, which stays valid after the handle is closed; null
+// on failure. Its own name is the first element of every path into it. Released with
+// xmltree_destroy.
 ORVANEIP_API void** xmlcfg_export_xmltree(void* handle, ...);
 
 // As xmlcfg_get_str and xmlcfg_get_int. A null tree finds nothing.

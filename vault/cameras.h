@@ -8,6 +8,6 @@
 // null `guid` does nothing, an empty one removes the channels whose guid is empty.
 ORVANEIP_API int notify_camera_removed(char* guid);
 
-// Gives the channels of a camera its new name; nothing else of them changes. Returns 0, also when no
-// channel carries `guid`; -1 when `guid` is null or empty, or `name` is null.
+// Gives the channels of a camera its new name; nothing else of them changes. Returns 0, also when
+// no channel carries `guid`; -1 when `guid` is null or empty, or `name` is null.
 ORVANEIP_API int notify_camera_modified(char* guid, char* name, int ignored_number);

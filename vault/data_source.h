@@ -59,8 +59,8 @@ struct DataSource {
   std::string type;
   std::string vault_name;  // up to 64 bytes reach every caller whole
   bool enable = true;
-  std::int32_t index = -1;  // place in the vault list; unique among those of 0 and above
-  std::string description;  // up to 512 bytes reach every caller whole
+  std::int32_t index = -1;          // place in the vault list; unique among those of 0 and above
+  std::string description;          // up to 512 bytes reach every caller whole
   std::int64_t last_recv_time = 0;  // milliseconds since 1970 (UTC); 0: nothing received yet
   std::vector<Filter> filter;
   std::vector<Channel> channel_guid_list;

@@ -23,7 +23,7 @@ ORVANEIP_API json_object* devcfg_get_device(char* vault_id, int* error_code);
 
 // All data sources. The "status" is {"last_recv_date": local date and time, "server_time": the same
 // wall clock in milliseconds as if it were UTC, by the zone's standard offset}, or
-// {"last_recv_date": ""} when nothing has been received. Writes 0 through `error_code` (which may be
-// null). The three texts are not looked at.
+// {"last_recv_date": ""} when nothing has been received. Writes 0 through `error_code` (which may
+// be null). The three texts are not looked at.
 ORVANEIP_API json_object* devcfg_get_all_device(int* error_code, char* ignored_text_1,
                                                 char* ignored_text_2, char* ignored_text_3);

@@ -89,11 +89,11 @@ int edit_channels(const Vault& vault, json_object* channel_list, const std::stri
 
 }  // namespace
 
-int devcfg_modify_device(char* vault_id, json_object* /*ignored_object_1*/,
-                         json_object* vault_name, json_object* description,
-                         json_object* /*ignored_object_2*/, json_object* /*ignored_object_3*/,
-                         json_object* channel_list, json_object* /*ignored_object_4*/,
-                         json_object* enable, char* old_vault_name, char* old_description,
+int devcfg_modify_device(char* vault_id, json_object* /*ignored_object_1*/, json_object* vault_name,
+                         json_object* description, json_object* /*ignored_object_2*/,
+                         json_object* /*ignored_object_3*/, json_object* channel_list,
+                         json_object* /*ignored_object_4*/, json_object* enable,
+                         char* old_vault_name, char* old_description,
                          std::vector<int>& channel_indexes) {
   if (is_missing(vault_id)) {
     return kDevcfgVaultIdMissing;

@@ -114,7 +114,7 @@ std::vector<Filter> read_filter_rows(soci::session& sql, const Conditions& condi
 // data source stand together.
 template <typename Row>
 void hand_out(std::vector<Row> rows, std::vector<DataSource>& data_sources,
-              std::vector<Row> DataSource::* list) {
+              std::vector<Row> DataSource::*list) {
   std::unordered_map<std::string_view, DataSource*> by_id;
   for (DataSource& data_source : data_sources) {
     by_id.emplace(data_source.vault_id, &data_source);
@@ -187,8 +187,8 @@ std::vector<Filter> read_filters(soci::session& sql, const std::string& vault_id
   soci::statement statement =
       (sql.prepare << "SELECT record_id, type, target, result, name FROM filter"
                       " WHERE vault_id = :vault_id ORDER BY record_id",
-       soci::use(vault_id), soci::into(key), soci::into(row.type),
-       soci::into(row.target), soci::into(row.result), soci::into(row.name));
+       soci::use(vault_id), soci::into(key), soci::into(row.type), soci::into(row.target),
+       soci::into(row.result), soci::into(row.name));
   statement.execute();
   while (statement.fetch()) {
     row.record_id = std::to_string(key);

@@ -70,8 +70,7 @@ metadata_vault::VaultStatus read_vault(const VaultState& state, const char* oper
   return run_in<ReadTransaction>(state, operation, work);
 }
 template <typename Work>
-metadata_vault::VaultStatus write_vault(const VaultState& state, const char* operation,
-                                        Work work) {
+metadata_vault::VaultStatus write_vault(const VaultState& state, const char* operation, Work work) {
   return run_in<WriteTransaction>(state, operation, work);
 }
 
