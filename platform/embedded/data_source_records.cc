@@ -13,9 +13,13 @@ using metadata_vault::Filter;
 // The conditions of a query, and the texts that they compare with.
 class Conditions {
  public:
-  // `column` must equal `text`, unless that is empty.
+  // `column` must equal `text`.
+  Conditions& exactly(const char* column, const std::string& text) {
+    return add(std::string(column) + " = ", text);
+  }
+  // The same, unless `text` is empty.
   Conditions& equal(const char* column, const std::string& text) {
-    return text.empty() ? *this : add(std::string(column) + " = ", text);
+    return text.empty() ? *this : exactly(column, text);
   }
   // The rows of the data source with this name, unless that is empty.
   Conditions& of_data_source_named(const std::string& vault_name) {
@@ -180,22 +184,7 @@ std::vector<Channel> read_channels(soci::session& sql, const std::string& vault_
 }
 
 std::vector<Filter> read_filters(soci::session& sql, const std::string& vault_id) {
-  // Here an empty vault_id is a value like any other.
-  std::vector<Filter> filters;
-  Filter row;
-  long long key = 0;
-  soci::statement statement =
-      (sql.prepare << "SELECT record_id, type, target, result, name FROM filter"
-                      " WHERE vault_id = :vault_id ORDER BY record_id",
-       soci::use(vault_id), soci::into(key), soci::into(row.type), soci::into(row.target),
-       soci::into(row.result), soci::into(row.name));
-  statement.execute();
-  while (statement.fetch()) {
-    row.record_id = std::to_string(key);
-    row.vault_id = vault_id;
-    filters.push_back(std::move(row));
-  }
-  return filters;
+  return read_filter_rows(sql, Conditions().exactly("vault_id", vault_id));
 }
 
 }  // namespace orvaneplatform
