@@ -54,6 +54,25 @@ int create_folders(const std::filesystem::path& folder) {
   return synchronise_folder(parent);
 }
 
+// An empty file with mode 0600 under a name of its own. Empty when it cannot be made; see errno.
+std::string create_temporary_beside(const std::string& path) {
+  std::string temporary = path + ".XXXXXX";
+  const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
+  return file.is_open() ? temporary : "";
+}
+
+// The file gets its name only once its descriptor is closed: closing a descriptor of a file
+// releases the record locks that other connections of this process hold on it.
+int create_empty_file(const std::string& path) {
+  const std::string temporary = create_temporary_beside(path);
+  if (temporary.empty()) {
+    return errno;
+  }
+  const int error = link(temporary.c_str(), path.c_str()) == 0 || errno == EEXIST ? 0 : errno;
+  unlink(temporary.c_str());
+  return error;
+}
+
 }  // namespace
 
 std::optional<std::string> vault_file_path() {
@@ -77,8 +96,10 @@ int create_vault_file(const std::string& path) {
   if (const int error = create_folders(folder); error != 0) {
     return error;
   }
-  const FileDescriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  return file.is_open() ? synchronise_folder(folder) : errno;
+  if (const int error = create_empty_file(path); error != 0) {
+    return error;
+  }
+  return synchronise_folder(folder);
 }
 
 }  // namespace orvaneplatform
