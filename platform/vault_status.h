@@ -8,7 +8,7 @@ namespace metadata_vault {
 
 enum VaultStatus : int {
   kVaultOk = 0,
-  kVaultNotOpen = 1,       // init() failed or was not called, or release() was
+  kVaultNotOpen = 1,       // init() was not called, or release() was
   kVaultBusy = 2,          // another process held the write lock for longer than the wait
   kVaultIdTaken = 3,       // the vault_id is stored already
   kVaultIndexTaken = 4,    // the index (0 or above) belongs to another data source

@@ -12,7 +12,7 @@
 //  - A failed operation returns a non-zero status (the embedded ones: platform/vault_status.h),
 //    changes nothing and appends nothing. The library looks at the statuses of insert_data_source,
 //    remove_metadata and check_channel_list_valid only; a failed write has to be logged below.
-//    After a failed init() every operation fails in this way.
+//    After a failed init() every operation fails, the embedded ones with the status of init().
 //
 // The embedded vault database is an SQLite file: the one that the environment variable
 // ORVANE_VAULT names, or /var/lib/orvane/vault.db, created with mode 0600 on first use, its folder
@@ -81,7 +81,7 @@ class ORVANEIP_API CMetaDataVaultDB {
   CMetaDataVaultDB(const CMetaDataVaultDB&) = delete;
   CMetaDataVaultDB& operator=(const CMetaDataVaultDB&) = delete;
 
-  // Opens the vault database for this object.
+  // Opens the vault database for this object. Without effect when it is open.
   int init();
 
   // Closes what init() opened. Without effect when nothing is open.

@@ -55,26 +55,22 @@ VaultStatus VaultConnectionState::open_database() {
   return open_file(*path);
 }
 
-std::unique_ptr<VaultConnectionState> VaultConnectionState::open(VaultStatus& status) {
-  std::unique_ptr<VaultConnectionState> state(new VaultConnectionState);
-  status = state->open_database();
-  return status == kVaultOk ? std::move(state) : nullptr;
+VaultStatus VaultConnectionState::open() {
+  status_ = open_database();
+  return status_;
 }
 
 }  // namespace metadata_vault
-
-using metadata_vault::VaultConnectionState;
-using metadata_vault::VaultStatus;
 
 CMetaDataVaultDB::CMetaDataVaultDB() = default;
 CMetaDataVaultDB::~CMetaDataVaultDB() = default;
 
 int CMetaDataVaultDB::init() {
-  VaultStatus status = metadata_vault::kVaultOk;
-  if (state_ == nullptr) {
-    state_ = VaultConnectionState::open(status);
+  if (state_ != nullptr && state_->status() == metadata_vault::kVaultOk) {
+    return metadata_vault::kVaultOk;
   }
-  return status;
+  state_ = std::make_unique<metadata_vault::VaultConnectionState>();
+  return state_->open();
 }
 
 int CMetaDataVaultDB::release() {

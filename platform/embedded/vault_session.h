@@ -24,16 +24,18 @@ namespace metadata_vault {
 
 class VaultConnectionState {
  public:
-  // Opens the vault database; brings its schema up to date. Null, and the status, on failure.
-  static std::unique_ptr<VaultConnectionState> open(VaultStatus& status);
+  // Opens the vault database and brings its schema up to date. On failure every operation answers
+  // with the same status.
+  VaultStatus open();
 
+  VaultStatus status() const { return status_; }
   soci::session& sql() { return sql_; }
 
  private:
-  VaultConnectionState() = default;
   VaultStatus open_database();
   VaultStatus open_file(const std::string& path);
 
+  VaultStatus status_ = kVaultNotOpen;
   soci::session sql_;
 };
 
@@ -46,8 +48,9 @@ using VaultState = std::unique_ptr<metadata_vault::VaultConnectionState>;
 template <typename Transaction, typename Work>
 metadata_vault::VaultStatus run_in(const VaultState& state, const char* operation, Work& work) {
   using namespace metadata_vault;
-  if (state == nullptr) {
-    return report_failure(operation, kVaultNotOpen, "the vault database is not open");
+  const VaultStatus opened = state != nullptr ? state->status() : kVaultNotOpen;
+  if (opened != kVaultOk) {
+    return report_failure(operation, opened, "the vault database is not open");
   }
   soci::session& sql = state->sql();
   try {
