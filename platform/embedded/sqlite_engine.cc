@@ -28,6 +28,17 @@ int int_pragma(soci::session& sql, const char* name) {
   return value;
 }
 
+// 0 when it is no vault database. Identifier, version and tables are stored in one transaction.
+int vault_version(soci::session& sql) {
+  return int_pragma(sql, "application_id") == kApplicationId ? int_pragma(sql, "user_version") : 0;
+}
+
+bool is_empty(soci::session& sql) {
+  int tables = 0;
+  sql << "SELECT count(*) FROM sqlite_master", soci::into(tables);
+  return tables == 0 && int_pragma(sql, "user_version") == 0;
+}
+
 // SOCI takes a bare path, unless it holds a "=": then "key=value" pairs, whose values may stand
 // between quotation marks.
 std::string connection_string(const std::string& path) {
@@ -91,16 +102,15 @@ void open(soci::session& sql, const std::string& path) {
 }
 
 int schema_version(soci::session& sql) {
-  const int version = int_pragma(sql, "user_version");
-  if (version > 0) {
-    return version;
+  int version = vault_version(sql);
+  if (version <= 0 && !is_empty(sql)) {
+    // Another process may have stored the first schema between the two looks.
+    version = vault_version(sql);
+    if (version <= 0) {
+      throw soci::sqlite3_soci_error("a database, but not a vault database", SQLITE_NOTADB);
+    }
   }
-  int tables = 0;
-  sql << "SELECT count(*) FROM sqlite_master", soci::into(tables);
-  if (version < 0 || tables != 0) {
-    throw soci::sqlite3_soci_error("a database, but not a vault database", SQLITE_NOTADB);
-  }
-  return 0;
+  return version;
 }
 
 void prepare_empty(soci::session& sql) {
