@@ -131,8 +131,9 @@ void prepare_empty(soci::session& sql) {
 }
 
 void set_schema_version(soci::session& sql, int version) {
-  sql << "PRAGMA application_id = " << kApplicationId;
-  sql << "PRAGMA user_version = " << version;
+  // As texts: a program's locale may group the digits of numbers.
+  sql << "PRAGMA application_id = " + std::to_string(kApplicationId);
+  sql << "PRAGMA user_version = " + std::to_string(version);
 }
 
 void begin_write(soci::session& sql) {
