@@ -54,23 +54,11 @@ int create_folders(const std::filesystem::path& folder) {
   return synchronise_folder(parent);
 }
 
-// An empty file with mode 0600 under a name of its own. Empty when it cannot be made; see errno.
-std::string create_temporary_beside(const std::string& path) {
-  std::string temporary = path + ".XXXXXX";
-  const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
-  return file.is_open() ? temporary : "";
-}
-
-// The file gets its name only once its descriptor is closed: closing a descriptor of a file
-// releases the record locks that other connections of this process hold on it.
-int create_empty_file(const std::string& path) {
-  const std::string temporary = create_temporary_beside(path);
-  if (temporary.empty()) {
-    return errno;
-  }
-  const int error = link(temporary.c_str(), path.c_str()) == 0 || errno == EEXIST ? 0 : errno;
-  unlink(temporary.c_str());
-  return error;
+// `path` exists: made by another process meanwhile, or a symbolic link to what does not exist.
+int create_link_target(const std::filesystem::path& path) {
+  std::error_code no_link;
+  const std::filesystem::path target = std::filesystem::read_symlink(path, no_link);
+  return no_link ? 0 : create_vault_file(folder_of(path) / target);
 }
 
 }  // namespace
@@ -92,12 +80,17 @@ int create_vault_file(const std::string& path) {
   if (stat(path.c_str(), &status) == 0) {
     return 0;
   }
+  if (errno != ENOENT) {
+    return errno;
+  }
   const std::filesystem::path folder = folder_of(path);
   if (const int error = create_folders(folder); error != 0) {
     return error;
   }
-  if (const int error = create_empty_file(path); error != 0) {
-    return error;
+  // Not by opening it: closing the descriptor would drop the locks that another thread of this
+  // process may have taken on the file by then.
+  if (mknod(path.c_str(), S_IFREG | 0600, 0) != 0) {
+    return errno == EEXIST ? create_link_target(path) : errno;
   }
   return synchronise_folder(folder);
 }
