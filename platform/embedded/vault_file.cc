@@ -72,7 +72,8 @@ std::optional<std::string> vault_file_path() {
   if (name.starts_with("postgresql://") || name.starts_with("postgres://")) {
     return std::nullopt;
   }
-  return name;
+  // A path that cannot be taken for one of the names that SQLite gives a meaning (":memory:").
+  return name.starts_with('/') ? name : "./" + name;
 }
 
 int create_vault_file(const std::string& path) {
