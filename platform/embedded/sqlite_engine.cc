@@ -72,8 +72,22 @@ VaultStatus constraint_status(std::string_view message) {
   return message.find("list_index") != std::string_view::npos ? kVaultIndexTaken : kVaultIdTaken;
 }
 
+// A commit's failure is kept with the file of the log, any other one with the connection.
+int last_errno(sqlite_api::sqlite3* handle) {
+  if (handle == nullptr) {
+    return 0;
+  }
+  sqlite_api::sqlite3_file* log = nullptr;
+  int error = 0;
+  sqlite_api::sqlite3_file_control(handle, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log);
+  if (log != nullptr && log->pMethods != nullptr) {
+    log->pMethods->xFileControl(log, SQLITE_FCNTL_LAST_ERRNO, &error);
+  }
+  return error != 0 ? error : sqlite_api::sqlite3_system_errno(handle);
+}
+
 VaultStatus io_status(sqlite_api::sqlite3* handle) {
-  switch (sqlite_api::sqlite3_system_errno(handle)) {
+  switch (last_errno(handle)) {
     case ENOSPC:
     case EDQUOT:
     case EFBIG:
