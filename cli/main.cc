@@ -1,8 +1,12 @@
+#include <langinfo.h>
+
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "cli/commands.h"
+#include "cli/output.h"
 #include "cli/refusal.h"
 
 namespace {
@@ -10,13 +14,26 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
+std::string failure_message(const CLI::App* /*app*/, const CLI::Error& error) {
+  return devcfg::visible(std::string("devcfg: ") + error.what()) +
+         "\ndevcfg --help and devcfg COMMAND --help tell more\n";
+}
+
 void describe(CLI::App& app) {
-  app.description("Shows and changes the device configuration of the metadata service.");
+  app.description(
+      "Shows and changes the device configuration of the metadata service: its data sources\n"
+      "(cameras, tills, doors), their camera channels and their text filters.");
   app.footer(
       "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n"
-      "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.");
+      "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.\n"
+      "A first try, with a vault of its own:\n"
+      "  export ORVANE_VAULT=$PWD/try.db\n"
+      "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
+      "  devcfg list");
   app.require_subcommand(1);
   app.fallthrough();
+  app.failure_message(failure_message);
+  app.set_version_flag("--version", "devcfg " DEVCFG_VERSION, "Print the version and exit");
   app.add_flag_callback(
       "--log", [] { setenv("ORVANE_LOG", "stderr", 1); },
       "Show the log lines of the library on standard error");
@@ -25,20 +42,37 @@ void describe(CLI::App& app) {
   devcfg::add_camera_commands(app);
 }
 
+// Without a setting texts would be shown as bytes: the vault's are UTF-8.
+void choose_locale() {
+  std::setlocale(LC_ALL, "");
+  if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0) {
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+  }
+}
+
+int run(CLI::App& app, int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (app.exit(error) != 0) {
+      return kWrongUsage;
+    }
+  }
+  devcfg::finish_output();
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::setlocale(LC_ALL, "");
+  choose_locale();
   setenv("ORVANE_LOG", "off", 0);
-  CLI::App app("", "devcfg");
-  describe(app);
   try {
-    app.parse(argc, argv);
-    return std::fflush(stdout) == 0 ? 0 : kFailed;
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kWrongUsage;
+    CLI::App app("", "devcfg");
+    describe(app);
+    return run(app, argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "devcfg: %s\n", error.what());
+    std::fprintf(stderr, "devcfg: %s\n", devcfg::visible(error.what()).c_str());
     return kFailed;
   }
 }

@@ -2,15 +2,62 @@
 
 #include <libsmartcols/libsmartcols.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <iostream>
 #include <new>
+#include <system_error>
+
+#include "cli/refusal.h"
 
 namespace devcfg {
+namespace {
 
-void print_json(json_object* document) {
-  std::puts(json_object_to_json_string_ext(document, JSON_C_TO_STRING_PRETTY |
-                                                         JSON_C_TO_STRING_SPACED |
-                                                         JSON_C_TO_STRING_NOSLASHESCAPE));
+bool is_control(unsigned char byte) { return (byte < 0x20 && byte != '\n') || byte == 0x7F; }
+
+// U+0080 to U+009F, which some terminals obey, are 0xC2 and a byte below 0xA0.
+bool is_control_pair(unsigned char first, unsigned char second) {
+  return first == 0xC2 && second >= 0x80 && second < 0xA0;
+}
+
+void append_escaped(std::string& text, unsigned char byte) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  text += "\\x";
+  text += kDigits[byte >> 4];
+  text += kDigits[byte & 0x0F];
+}
+
+}  // namespace
+
+void print_json(json_object* document) { std::puts(document_text(document)); }
+
+std::string visible(const std::string& text) {
+  std::string shown;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (i + 1 < text.size() && is_control_pair(byte, static_cast<unsigned char>(text[i + 1]))) {
+      append_escaped(shown, byte);
+      append_escaped(shown, static_cast<unsigned char>(text[++i]));
+    } else if (is_control(byte)) {
+      append_escaped(shown, byte);
+    } else {
+      shown += text[i];
+    }
+  }
+  return shown;
+}
+
+void print_line(const std::string& text) { std::puts(visible(text).c_str()); }
+
+std::string counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+void finish_output() {
+  std::cout.flush();
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout) {
+    throw Refusal("cannot write to standard output: " + std::generic_category().message(errno));
+  }
 }
 
 Table::Table(const std::vector<std::string>& columns) : table_(scols_new_table()) {
@@ -18,22 +65,33 @@ Table::Table(const std::vector<std::string>& columns) : table_(scols_new_table()
     throw std::bad_alloc();
   }
   for (const std::string& column : columns) {
-    scols_table_new_column(table_, column.c_str(), 0, 0);
+    if (scols_table_new_column(table_.get(), column.c_str(), 0, 0) == nullptr) {
+      throw std::bad_alloc();
+    }
   }
 }
 
-Table::~Table() { scols_unref_table(table_); }
+Table Table::without_heading(std::size_t columns) {
+  Table table(std::vector<std::string>(columns, " "));
+  scols_table_enable_noheadings(table.table_.get(), 1);
+  return table;
+}
+
+void Table::Release::operator()(libscols_table* table) const { scols_unref_table(table); }
 
 void Table::add_row(const std::vector<std::string>& texts) {
-  libscols_line* line = scols_table_new_line(table_, nullptr);
-  for (std::size_t column = 0; line != nullptr && column < texts.size(); ++column) {
-    scols_line_set_data(line, column, texts[column].c_str());
+  libscols_line* line = scols_table_new_line(table_.get(), nullptr);
+  for (std::size_t column = 0; column < texts.size(); ++column) {
+    if (line == nullptr || scols_line_set_data(line, column, texts[column].c_str()) != 0) {
+      throw std::bad_alloc();
+    }
   }
 }
 
 void Table::print() const {
-  std::fflush(stdout);
-  scols_print_table(table_);
+  if (scols_print_table(table_.get()) != 0) {
+    throw std::bad_alloc();
+  }
 }
 
 }  // namespace devcfg

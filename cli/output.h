@@ -1,38 +1,50 @@
 // Results on standard output: tables for people, JSON for programs.
 #pragma once
 
-#include <json-c/json.h>
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "cli/json.h"
 
 struct libscols_table;
 
 namespace devcfg {
 
-struct JsonRelease {
-  void operator()(json_object* object) const { json_object_put(object); }
-};
-using Json = std::unique_ptr<json_object, JsonRelease>;
-
 // Prints the document, indented, and a line feed.
 void print_json(json_object* document);
+
+// The text with its control characters made visible as \xNN: safe to print on a terminal. Line
+// feeds stay.
+std::string visible(const std::string& text);
+
+// Prints the text, made visible, and a line feed.
+void print_line(const std::string& text);
+
+inline const char* yes_or_no(bool value) { return value ? "yes" : "no"; }
+
+// "1 filter", "2 filters"
+std::string counted(std::size_t count, const std::string& noun);
+
+// Reports what standard output has not taken as a Refusal. Called once, at the end.
+void finish_output();
 
 // A table for a terminal. Columns are as wide as their texts; control characters are made visible.
 class Table {
  public:
   explicit Table(const std::vector<std::string>& columns);
-  ~Table();
-  Table(const Table&) = delete;
-  Table& operator=(const Table&) = delete;
+  // A table of this many columns without a heading.
+  static Table without_heading(std::size_t columns);
 
   // One text for each column.
   void add_row(const std::vector<std::string>& texts);
   void print() const;
 
  private:
-  libscols_table* table_;
+  struct Release {
+    void operator()(libscols_table* table) const;
+  };
+  std::unique_ptr<libscols_table, Release> table_;
 };
 
 }  // namespace devcfg

@@ -1,0 +1,101 @@
+#include <algorithm>
+#include <memory>
+
+#include "cli/data_sources/channel_list.h"
+#include "cli/data_sources/commands.h"
+#include "cli/data_sources/texts.h"
+#include "cli/output.h"
+#include "cli/refusal.h"
+
+namespace devcfg {
+namespace {
+
+struct AddOptions {
+  std::optional<std::string> id;
+  std::string type;
+  std::string name;
+  std::string description;
+  ChannelOptions channels;
+  bool disabled = false;
+  bool json = false;
+};
+
+// The buffer that the library reads the identifier from and writes a new one into.
+std::vector<char> identifier_buffer(const std::string& id) {
+  std::vector<char> buffer(std::max(id.size() + 1, kDeviceIdBytes));
+  std::copy(id.begin(), id.end(), buffer.begin());
+  return buffer;
+}
+
+// Two processes that add at the same moment choose the same index, and one of them is told so. Each
+// time another one has stored a data source, so the vault is full before the attempts are used up.
+std::string add_to_vault(AddOptions options, json_object* channel_list) {
+  std::vector<char> id = identifier_buffer(options.id.value_or(""));
+  int error = metadata_vault::kVaultIndexTaken;
+  for (int attempt = 0;
+       error == metadata_vault::kVaultIndexTaken && attempt <= metadata_vault::kMaxDataSources;
+       ++attempt) {
+    error = kDevcfgOk;
+    devcfg_add_device(id.data(), options.type.data(), nullptr, options.name.data(),
+                      options.description.data(), nullptr, nullptr, channel_list, 0, false,
+                      !options.disabled, &error);
+  }
+  if (error != kDevcfgOk) {
+    throw Refusal("the data source was not added", error);
+  }
+  return id.data();
+}
+
+void check_arrival(const AddOptions& options, json_object* channel_list, const std::string& id) {
+  const DataSource stored = stored_data_source(id);
+  const auto channels =
+      channel_list != nullptr ? sorted_channels(channel_list) : std::vector<Channel>();
+  if (stored.vault_name != options.name || stored.type != options.type ||
+      stored.description != options.description || stored.enable == options.disabled) {
+    throw Refusal(did_not_arrive("a part of the new data source " + in_quotes(id)));
+  }
+  if (!same_channels(stored.channel_guid_list, channels)) {
+    throw Refusal(in_quotes(id) + " was added, but not with these channels; --log tells why");
+  }
+}
+
+void add(const AddOptions& options) {
+  check_name(options.name);
+  check_description(options.description);
+  const Json channel_list = read_channel_options(options.channels);
+  if (options.id && Vault().find(*options.id)) {
+    throw Refusal(in_quotes(*options.id) + " was not added", kDevcfgAlreadyExists);
+  }
+  Vault().data_sources();  // a vault that cannot be read is told in its own words
+  const std::string id = add_to_vault(options, channel_list.get());
+  check_arrival(options, channel_list.get(), id);
+  if (!options.json) {
+    print_line(id);
+    return;
+  }
+  const Json answer(json_object_new_object());
+  json_object_object_add(answer.get(), "vault_id", json_text(id));
+  print_json(answer.get());
+}
+
+}  // namespace
+
+void register_add(CLI::App& app) {
+  auto options = std::make_shared<AddOptions>();
+  CLI::App* command = app.add_subcommand("add", "Add a data source and print its identifier")
+                          ->footer(
+                              "Example:\n  devcfg add till-1 --type pos-serial --name \"Till 1\" "
+                              "--channel 0:cam-01:Entrance");
+  command->add_option_function<std::string>(
+      "ID", [options](const std::string& id) { options->id = id; },
+      "Its identifier; without one a new identifier is made");
+  command->add_option("--type", options->type, "Its kind, for instance pos-serial")->required();
+  command->add_option("--name", options->name, kNameHelp)->required();
+  command->add_option("--description", options->description, kDescriptionHelp);
+  add_channel_options(*command, options->channels);
+  command->add_flag("--disabled", options->disabled, "Add it switched off");
+  command->add_flag("--json", options->json, "Print {\"vault_id\": ...}");
+  command->callback([options] { add(*options); });
+}
+
+}  // namespace devcfg

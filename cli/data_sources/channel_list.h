@@ -1,0 +1,44 @@
+// Channel lists: as options of a command, as JSON, as records.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/json.h"
+#include "cli/json_fields.h"
+#include "cli/vault.h"
+
+namespace devcfg {
+
+// --channels FILE and --channel INDEX:GUID:NAME, which may stand together and are joined.
+struct ChannelOptions {
+  std::optional<std::string> file;
+  std::vector<std::string> single;
+
+  bool given() const { return file.has_value() || !single.empty(); }
+};
+void add_channel_options(CLI::App& command, ChannelOptions& options);
+
+// The list that the options ask for, checked; a null pointer when they ask for none. Refusal when
+// the library would not take it, wrong usage when a --channel is none.
+Json read_channel_options(const ChannelOptions& options);
+
+// The channels of an accepted list, by index as the vault gives them.
+std::vector<Channel> sorted_channels(json_object* channel_list);
+
+// Whether the library accepts the channel list, which stands at `where` ("": the document itself).
+bool check_channel_list(json_object* channel_list, const std::string& where, Problems& problems);
+
+// {"channel_index", "guid", "name"}
+json_object* channel_object(const Channel& channel);
+
+// Prints the channels of the data sources as a table.
+void print_channels(const std::vector<DataSource>& data_sources);
+
+bool same_channels(const std::vector<Channel>& left, const std::vector<Channel>& right);
+
+}  // namespace devcfg

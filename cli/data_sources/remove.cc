@@ -1,0 +1,52 @@
+#include <algorithm>
+#include <memory>
+
+#include "cli/data_sources/commands.h"
+#include "cli/output.h"
+#include "cli/refusal.h"
+#include "cli/vault.h"
+
+namespace devcfg {
+namespace {
+
+// Each once, in the order given. Refusal when one is unknown: then nothing is removed.
+std::vector<DataSource> find_all(const std::vector<std::string>& ids) {
+  std::vector<DataSource> found;
+  for (const std::string& id : ids) {
+    const bool repeated = std::any_of(found.begin(), found.end(), [&id](const DataSource& earlier) {
+      return earlier.vault_id == id;
+    });
+    if (!repeated) {
+      found.push_back(stored_data_source(id));
+    }
+  }
+  return found;
+}
+
+void remove_one(const DataSource& data_source) {
+  std::string id = data_source.vault_id;
+  devcfg_remove_device(id.data(), nullptr, nullptr);
+  if (Vault().find(id)) {
+    throw Refusal(did_not_arrive("the removal of " + in_quotes(id)));
+  }
+  print_line("removed " + id + " (" + data_source.vault_name + ")");
+}
+
+}  // namespace
+
+void register_remove(CLI::App& app) {
+  auto ids = std::make_shared<std::vector<std::string>>();
+  CLI::App* command =
+      app.add_subcommand("remove", "Remove data sources with their channels and filters")
+          ->footer(
+              "Nothing is removed when one of the identifiers is unknown.\n"
+              "Example:\n  devcfg remove till-1 till-2");
+  command->add_option("ID", *ids, "The identifiers")->required();
+  command->callback([ids] {
+    for (const DataSource& data_source : find_all(*ids)) {
+      remove_one(data_source);
+    }
+  });
+}
+
+}  // namespace devcfg

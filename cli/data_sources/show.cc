@@ -1,0 +1,72 @@
+#include <memory>
+
+#include "cli/data_sources/channel_list.h"
+#include "cli/data_sources/commands.h"
+#include "cli/filters/filter_list.h"
+#include "cli/output.h"
+
+namespace devcfg {
+namespace {
+
+struct ShowOptions {
+  std::string id;
+  bool json = false;
+};
+
+// The moment in local time, as the list of all data sources tells it; "never" for none.
+std::string last_received(const std::string& vault_id) {
+  const Json document = all_data_sources_document();
+  json_object* entries = member(document.get(), "vault_list");
+  for (std::size_t i = 0; i < json_object_array_length(entries); ++i) {
+    json_object* entry = json_object_array_get_idx(entries, i);
+    if (text_member(entry, "vault_id") == vault_id) {
+      const std::string date = text_member(member(entry, "status"), "last_recv_date");
+      return date.empty() ? "never" : date;
+    }
+  }
+  return "never";
+}
+
+void show_texts(const DataSource& data_source) {
+  Table table = Table::without_heading(2);
+  table.add_row({"Identifier", data_source.vault_id});
+  table.add_row({"Name", data_source.vault_name});
+  table.add_row({"Type", data_source.type});
+  table.add_row({"Description", data_source.description});
+  table.add_row({"Index", std::to_string(data_source.index)});
+  table.add_row({"Enabled", yes_or_no(data_source.enable)});
+  table.add_row({"Last received", last_received(data_source.vault_id)});
+  table.print();
+}
+
+void show(const ShowOptions& options) {
+  if (options.json) {
+    print_json(data_source_document(options.id).get());
+    return;
+  }
+  const DataSource data_source = stored_data_source(options.id);
+  show_texts(data_source);
+  if (!data_source.channel_guid_list.empty()) {
+    print_line("\nChannels");
+    print_channels({data_source});
+  }
+  if (!data_source.filter.empty()) {
+    print_line("\nFilters");
+    print_filters(data_source.filter);
+  }
+}
+
+}  // namespace
+
+void register_show(CLI::App& app) {
+  auto options = std::make_shared<ShowOptions>();
+  CLI::App* command =
+      app.add_subcommand("show", "Show one data source with its channels and filters")
+          ->footer("Example:\n  devcfg show till-1");
+  command->add_option("ID", options->id, "Its identifier")->required();
+  command->add_flag("--json", options->json,
+                    "Print the library's document: {\"vault_list\": [...]} with one entry");
+  command->callback([options] { show(*options); });
+}
+
+}  // namespace devcfg

@@ -1,0 +1,85 @@
+#include "cli/vault.h"
+
+#include "cli/refusal.h"
+
+namespace devcfg {
+namespace {
+
+void check_read(int status) {
+  if (status != metadata_vault::kVaultOk) {
+    throw Refusal("the vault cannot be read", status);
+  }
+}
+
+void require_text(const std::string& text, const char* what) {
+  if (text.empty()) {
+    throw Refusal(std::string(what) + " must not be empty");
+  }
+}
+
+// The library shows a vault that became unreadable in between as one that holds nothing.
+Json require_entries(Json document, std::size_t expected) {
+  json_object* list = member(document.get(), "vault_list");
+  if (list == nullptr || (expected > 0 && json_object_array_length(list) == 0)) {
+    throw Refusal("the vault could not be read; --log tells why");
+  }
+  return document;
+}
+
+}  // namespace
+
+Vault::Vault() : store_(new CDataSource) {
+  if (const int status = store_->init(); status != metadata_vault::kVaultOk) {
+    throw Refusal("the vault cannot be opened", status);
+  }
+}
+
+Vault::~Vault() { store_->release(); }
+
+std::vector<DataSource> Vault::data_sources() const {
+  std::vector<DataSource> found;
+  check_read(store_->query_data_source("", "", found));
+  return found;
+}
+
+std::optional<DataSource> Vault::find(const std::string& vault_id) const {
+  require_text(vault_id, "an identifier");  // an empty text would match every data source
+  std::vector<DataSource> found;
+  check_read(store_->query_data_source(vault_id, "", found));
+  return found.empty() ? std::nullopt : std::optional(std::move(found.front()));
+}
+
+std::vector<Channel> Vault::channels_of_camera(const std::string& guid) const {
+  require_text(guid, "the guid of a camera");
+  std::vector<Channel> found;
+  check_read(store_->query_channel("", guid, found));
+  return found;
+}
+
+DataSource stored_data_source(const std::string& vault_id) {
+  std::optional<DataSource> found = Vault().find(vault_id);
+  if (!found) {
+    throw Refusal("there is no data source " + in_quotes(vault_id));
+  }
+  return *std::move(found);
+}
+
+Json all_data_sources_document() {
+  const std::size_t expected = Vault().data_sources().size();
+  int error = kDevcfgOk;
+  return require_entries(Json(devcfg_get_all_device(&error, nullptr, nullptr, nullptr)), expected);
+}
+
+Json data_source_document(const std::string& vault_id) {
+  std::string id = stored_data_source(vault_id).vault_id;
+  int error = kDevcfgOk;
+  return require_entries(Json(devcfg_get_device(id.data(), &error)), 1);
+}
+
+std::string did_not_arrive(const std::string& change) {
+  return change + " did not arrive in the vault; --log tells why";
+}
+
+std::string in_quotes(const std::string& text) { return '"' + text + '"'; }
+
+}  // namespace devcfg
