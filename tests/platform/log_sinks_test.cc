@@ -1,0 +1,87 @@
+// The embedded log sinks, each in a child process: the first message settles where they write.
+#include "platform/log_sinks.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/support/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using Sink = void (*)(const char* format, ...);
+
+void drop(const char* /*format*/, ...) {}
+
+// The lines that a sink is to write, after sending the messages to `sink`.
+std::string lines_to(Sink sink) {
+  sink("[a] %s of %d", "50%s%n", 7);
+  sink("%s", "");
+  std::string lines = "[a] 50%s%n of 7\n\n";
+  // Around the size of the sink's own buffer, and far beyond it.
+  for (const std::size_t length : {1021U, 1022U, 1023U, 1024U, 100'000U}) {
+    const std::string text(length, 'x');
+    sink("%s", text.c_str());
+    sink("%s\n", text.c_str());
+    lines += text + '\n' + text + '\n';
+  }
+  return lines;
+}
+
+// What comes on standard error when a child logs with this ORVANE_LOG.
+std::string standard_error(const std::string& setting, Sink sink) {
+  const test::TempFolder folder;
+  const pid_t child = test::start([&] {
+    setenv("ORVANE_LOG", setting.c_str(), 1);
+    dup2(open(folder.file("stderr").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
+    lines_to(sink);
+    return 0;
+  });
+  EXPECT_EQ(test::wait_for(child), 0) << setting;
+  return test::read_file(folder.file("stderr"));
+}
+
+}  // namespace
+
+TEST(LogSinks, WriteWholeLinesToWhereTheSettingSays) {
+  const test::TempFolder folder;
+  const std::string file = folder.file("log of = all");
+  const std::string lines = lines_to(drop);
+  for (const Sink sink : {Sink{log_Debug}, Sink{orvane_log_debug}}) {
+    for (const std::string& silent : {std::string("off"), std::string("syslog"), file}) {
+      EXPECT_EQ(standard_error(silent, sink), "");
+    }
+    for (const char* setting : {"", "stderr", "/no such folder/log"}) {
+      EXPECT_TRUE(standard_error(setting, sink) == lines) << setting;
+    }
+  }
+  EXPECT_TRUE(test::read_file(file) == lines + lines);
+  struct stat status {};
+  EXPECT_EQ(stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST(LogSinks, LinesOfSeveralProcessesDoNotMix) {
+  const test::TempFolder folder;
+  setenv("ORVANE_LOG", folder.file("log").c_str(), 1);
+  constexpr std::size_t kLength = 20'000;
+  std::vector<pid_t> children;
+  for (const char letter : {'a', 'b', 'c'}) {
+    children.push_back(test::start([letter] {
+      for (int i = 0; i < 50; ++i) {
+        orvane_log_debug("%s", std::string(kLength, letter).c_str());
+      }
+      return 0;
+    }));
+  }
+  for (const pid_t child : children) {
+    EXPECT_EQ(test::wait_for(child), 0);
+  }
+  const std::string text = test::read_file(folder.file("log"));
+  EXPECT_EQ(text.size(), 150 * (kLength + 1));
+  for (std::size_t at = 0; at < text.size(); at += kLength + 1) {
+    EXPECT_EQ(text.find_first_not_of(text[at], at), at + kLength);
+  }
+}

@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/temp_folder.h"
+#include "tests/support/vault_calls.h"
+
+namespace {
+
+using metadata_vault::DataSource;
+using test::Edits;
+
+const Edits kFirst = {"\"A\"", "\"old\"", "true", R"([{"guid":"g","channel_index":7,"name":"n"}])"};
+const Edits kOther = {
+    "\"new\"", "\"text\"", "false",
+    R"([{"guid":"x","channel_index":4,"name":"d"},{"guid":"y","channel_index":1,"name":"c"}])"};
+
+// Two data sources: "a", which the test changes, and "b", named B.
+class ModifyDevice : public testing::Test {
+ protected:
+  ModifyDevice() {
+    test::add("a", "A");
+    test::add("b", "B");
+  }
+
+  // "name|description|enable|channels" of "a"; nothing else may change.
+  static std::string state() {
+    const DataSource a = test::stored("a").at(0);
+    EXPECT_EQ(a.type + std::to_string(a.index), "old0");
+    std::string text = a.vault_name + "|" + a.description + (a.enable ? "|on|" : "|off|");
+    for (const auto& channel : a.channel_guid_list) {
+      text += std::to_string(channel.channel_index) + channel.name;
+    }
+    return text;
+  }
+
+  int modify(const Edits& edits) {
+    return test::modify("a", edits, indexes_, name_.data(), description_.data());
+  }
+
+  const test::TempVault folder_;
+  test::Buffer name_{kVaultNameBytes};
+  test::Buffer description_{kDescriptionBytes};
+  std::vector<int> indexes_;
+};
+
+}  // namespace
+
+TEST_F(ModifyDevice, MakesEveryCombinationOfEdits) {
+  for (unsigned chosen = 0; chosen < 16; ++chosen) {
+    const bool name = (chosen & 1) != 0;
+    const bool description = (chosen & 2) != 0;
+    const bool enable = (chosen & 4) != 0;
+    const bool channels = (chosen & 8) != 0;
+    EXPECT_EQ(modify(kFirst), 0);
+    indexes_ = {9};
+    EXPECT_EQ(modify({name ? kOther.name : "", description ? kOther.description : "",
+                      enable ? kOther.enable : "", channels ? kOther.channels : ""}),
+              0);
+    EXPECT_EQ(state(), std::string(name ? "new|" : "A|") +
+                           (!name         ? "old"
+                            : description ? "text"
+                                          : "") +
+                           (enable ? "|off|" : "|on|") + (channels ? "1c4d" : "7n"));
+    EXPECT_EQ(indexes_, channels ? (std::vector{9, 4, 1}) : std::vector{9});
+    EXPECT_STREQ(name_.data(), "A");
+    EXPECT_STREQ(description_.data(), "old");
+  }
+}
+
+TEST_F(ModifyDevice, ReadsArgumentsAsJsonGivesThemAndRefuses) {
+  struct Row {
+    Edits edits;
+    int result;
+    const char* state;
+  };
+  const Row kRows[] = {
+      {kFirst, 0, "A|old|on|7n"},
+      {{"\"B\"", "\"d\"", "false", "[]"}, kDevcfgNameTaken, "A|old|on|7n"},
+      {{"\"\"", "\"d\"", "", ""}, 0, "A|old|on|7n"},
+      {{"\"a\"", "", "", "[7]"}, metadata_vault::kChannelNotObject, "a||on|7n"},
+      {{"\"a\"", "", "\"\"", "{}"}, metadata_vault::kChannelListNotArray, "a||off|7n"},
+      {{"42", "[1]", "\"false\"", ""}, 0, "42|[ 1 ]|on|7n"},
+      {{"\"50%s\\u0000cut\"", "\"it's\"", "0", ""}, 0, "50%s|it's|off|7n"},
+      {{"\"50%s\"", "true", "2", "[]"}, 0, "50%s|true|on|"},
+  };
+  for (const Row& row : kRows) {
+    EXPECT_EQ(modify(row.edits), row.result) << row.state;
+    EXPECT_EQ(state(), row.state);
+  }
+  EXPECT_EQ(indexes_, std::vector{7});
+  EXPECT_EQ(test::stored("b").at(0).vault_name, "B");
+}
+
+TEST_F(ModifyDevice, CutsTheOldTextsAndLeavesTheBuffersOfAnUnknownDataSource) {
+  const std::string before = test::show();
+  for (const char* unknown : {static_cast<const char*>(nullptr), "", "A"}) {
+    char* id = const_cast<char*>(unknown);
+    EXPECT_EQ(
+        devcfg_modify_device(id, nullptr, test::Json("\"x\""), nullptr, nullptr, nullptr, nullptr,
+                             nullptr, nullptr, name_.data(), description_.data(), indexes_),
+        id != nullptr && *id != '\0' ? kDevcfgFailed : kDevcfgVaultIdMissing);
+    EXPECT_EQ(devcfg_remove_device(id, name_.data(), description_.data()), 0);
+  }
+  EXPECT_TRUE(name_.untouched() && description_.untouched());
+  EXPECT_EQ(test::show(), before);
+  modify({'"' + std::string(100, 'n') + '"', '"' + std::string(1000, 'd') + '"', "", ""});
+  EXPECT_EQ(modify({"\"B\"", "", "", ""}), kDevcfgNameTaken);
+  EXPECT_EQ(name_.data(), std::string(64, 'n'));
+  EXPECT_EQ(description_.data(), std::string(512, 'd'));
+  EXPECT_TRUE(name_.guard_untouched() && description_.guard_untouched());
+}
