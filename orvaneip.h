@@ -30,6 +30,8 @@
 #include "foundation/result_codes.h"
 #include "foundation/split.h"
 #include "foundation/time_zone.h"
+#include "platform/config_tree.h"
+#include "platform/event_service.h"
 #include "platform/export.h"
 #include "platform/log_sinks.h"
 #include "platform/vault_status.h"

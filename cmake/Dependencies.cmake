@@ -1,6 +1,7 @@
 # The libraries that the build stands on: Debian 12 packages, listed in ./dev.
 find_package(PkgConfig REQUIRED)
 find_package(json-c REQUIRED)
+find_package(pugixml REQUIRED)
 pkg_check_modules(uuid REQUIRED IMPORTED_TARGET uuid)
 pkg_check_modules(sqlite3 REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(smartcols REQUIRED IMPORTED_TARGET smartcols)

@@ -6,38 +6,13 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
+
+#include "platform/embedded/files.h"
 
 namespace orvaneplatform {
 namespace {
 
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int value) : value_(value) {}
-  ~FileDescriptor() {
-    if (value_ >= 0) {
-      close(value_);
-    }
-  }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-  bool is_open() const { return value_ >= 0; }
-  int get() const { return value_; }
-
- private:
-  int value_;
-};
-
-std::filesystem::path folder_of(const std::filesystem::path& path) {
-  return path.has_parent_path() ? path.parent_path() : ".";
-}
-
-// A new entry of a folder survives a power loss once the folder itself is synchronised.
-int synchronise_folder(const std::filesystem::path& folder) {
-  const FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return descriptor.is_open() && fsync(descriptor.get()) == 0 ? 0 : errno;
-}
+constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
 
 int create_folders(const std::filesystem::path& folder) {
   struct stat status {};
@@ -66,7 +41,7 @@ int create_link_target(const std::filesystem::path& path) {
 std::optional<std::string> vault_file_path() {
   const char* setting = std::getenv("ORVANE_VAULT");
   if (setting == nullptr || *setting == '\0') {
-    return ORVANEIP_ROOT "/var/lib/orvane/vault.db";
+    return kDefaultVaultFile;
   }
   const std::string name = setting;
   if (name.starts_with("postgresql://") || name.starts_with("postgres://")) {
@@ -74,6 +49,11 @@ std::optional<std::string> vault_file_path() {
   }
   // A path that cannot be taken for one of the names that SQLite gives a meaning (":memory:").
   return name.starts_with('/') ? name : "./" + name;
+}
+
+std::string event_file_path() {
+  const std::filesystem::path vault = vault_file_path().value_or(kDefaultVaultFile);
+  return folder_of(vault) / "events.db";
 }
 
 int create_vault_file(const std::string& path) {

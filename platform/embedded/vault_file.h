@@ -1,4 +1,4 @@
-// Where the vault database is.
+// Where the vault database and the event database are.
 #pragma once
 
 #include <optional>
@@ -10,8 +10,12 @@ namespace orvaneplatform {
 // ("postgresql://..."), which is not built in.
 std::optional<std::string> vault_file_path();
 
-// Creates the file (empty, mode 0600) with its folders when it is missing, durably. 0, or the errno
-// of what failed.
+// The file of the event database: events.db in the vault database's folder; in the default one when
+// that is a server.
+std::string event_file_path();
+
+// Creates the database file (empty, mode 0600) with its folders when it is missing, durably. 0, or
+// the errno of what failed.
 int create_vault_file(const std::string& path);
 
 }  // namespace orvaneplatform

@@ -1,0 +1,52 @@
+#include "platform/event_service.h"
+
+#include <soci/soci.h>
+
+#include <system_error>
+
+#include "platform/embedded/sqlite_engine.h"
+#include "platform/embedded/vault_file.h"
+#include "platform/embedded/vault_transaction.h"
+#include "platform/log_sinks.h"
+
+namespace {
+
+namespace engine = orvaneplatform::sqlite_engine;
+
+// The names are stored in files, and other programs insert into the table: they must not change.
+constexpr char kCreateTable[] =
+    "CREATE TABLE IF NOT EXISTS active_event (event_id TEXT PRIMARY KEY)";
+
+void report(const std::string& path, const std::string& reason) {
+  orvane_log_debug("[events] %s: %s", path.c_str(), reason.c_str());
+}
+
+bool remove_from(soci::session& sql, const std::string& event_id) {
+  engine::prepare_empty(sql);
+  orvaneplatform::WriteTransaction transaction(sql);
+  sql << kCreateTable;
+  soci::statement remove =
+      (sql.prepare << "DELETE FROM active_event WHERE event_id = :event_id", soci::use(event_id));
+  remove.execute(true);
+  const bool removed = remove.get_affected_rows() > 0;
+  transaction.commit();
+  return removed;
+}
+
+}  // namespace
+
+int aevt_remove_event(std::string event_id) {
+  const std::string path = orvaneplatform::event_file_path();
+  if (const int error = orvaneplatform::create_vault_file(path); error != 0) {
+    report(path, std::generic_category().message(error));
+    return 0;
+  }
+  try {
+    soci::session sql;
+    engine::open(sql, path);
+    return remove_from(sql, event_id) ? 1 : 0;
+  } catch (const soci::soci_error& error) {
+    report(path, error.get_error_message());
+    return 0;
+  }
+}

@@ -1,0 +1,168 @@
+#include "platform/embedded/tree_check.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "platform/embedded/tree_layout.h"
+#include "platform/embedded/tree_path.h"
+
+namespace orvaneplatform {
+namespace {
+
+using pugi::xml_attribute;
+using pugi::xml_node;
+
+constexpr const char* kFine = nullptr;
+
+bool is_version(std::string_view text) {
+  return text.size() > 2 && text.starts_with("1.") &&
+         text.find_first_not_of("0123456789", 2) == std::string_view::npos;
+}
+
+bool is_utf8(const char* encoding) {
+  return strcasecmp(encoding, "UTF-8") == 0 || strcasecmp(encoding, "UTF8") == 0;
+}
+
+// version, then encoding and standalone, of which each may be absent.
+const char* check_declaration(xml_node declaration) {
+  xml_attribute attribute = declaration.first_attribute();
+  const auto take = [&attribute](const char* name) {
+    const bool found = std::strcmp(attribute.name(), name) == 0;
+    const xml_attribute taken = found ? attribute : xml_attribute();
+    attribute = found ? attribute.next_attribute() : attribute;
+    return taken;
+  };
+  const xml_attribute version = take("version");
+  const xml_attribute encoding = take("encoding");
+  const xml_attribute standalone = take("standalone");
+  const std::string_view alone = standalone.value();
+  if (std::strcmp(declaration.name(), "xml") != 0 || !is_version(version.value()) || attribute ||
+      (standalone && alone != "yes" && alone != "no")) {
+    return "a malformed XML declaration";
+  }
+  return encoding && !is_utf8(encoding.value()) ? "its encoding is not UTF-8" : kFine;
+}
+
+class Checker : public pugi::xml_tree_walker {
+ public:
+  explicit Checker(const FileTraits& traits) : traits_(traits) {}
+
+  const std::optional<TreeProblem>& problem() const { return problem_; }
+
+  bool for_each(xml_node& node) override {
+    const char* what = depth() == 0 ? check_top_level(node) : kFine;
+    what = what != kFine ? what : check(node);
+    if (what != kFine) {
+      problem_ = {what, node.offset_debug()};
+    }
+    return what == kFine;
+  }
+
+ private:
+  const char* check_top_level(xml_node node) {
+    switch (node.type()) {
+      case pugi::node_doctype:
+        return "it has a document type";
+      case pugi::node_element:
+        return std::exchange(has_element_, true) ? "a second top element" : kFine;
+      case pugi::node_pcdata:
+        return is_layout(node) ? kFine : "text outside the top element";
+      case pugi::node_cdata:
+        return "text outside the top element";
+      case pugi::node_declaration:
+        return traits_.declaration_first && !node.previous_sibling()
+                   ? check_declaration(node)
+                   : "an XML declaration that is not at the beginning";
+      default:
+        return kFine;
+    }
+  }
+
+  const char* check(xml_node node) {
+    switch (node.type()) {
+      case pugi::node_element:
+        return depth() >= static_cast<int>(kMaxDepth) ? "elements are nested too deep"
+                                                      : check_element(node);
+      case pugi::node_pcdata:
+        return check_text(node.value());
+      case pugi::node_comment:
+        return check_comment(node.value());
+      case pugi::node_pi:
+        return check_name(node.name());
+      default:
+        return kFine;
+    }
+  }
+
+  const char* check_name(const char* name) const {
+    return traits_.bytes.non_ascii && !is_name(name) ? "a name that XML does not allow" : kFine;
+  }
+
+  const char* check_references(const char* text) const {
+    return traits_.bytes.ampersand && !references_are_valid(text)
+               ? "an ampersand that begins no reference"
+               : kFine;
+  }
+
+  const char* check_text(const char* text) const {
+    if (traits_.cdata_end && std::strstr(text, "]]>") != nullptr) {
+      return "\"]]>\" in a text";
+    }
+    return check_references(text);
+  }
+
+  static const char* check_comment(std::string_view text) {
+    return text.find("--") != std::string_view::npos || text.ends_with('-') ? "\"--\" in a comment"
+                                                                            : kFine;
+  }
+
+  const char* check_element(xml_node element) {
+    if (const char* problem = check_name(element.name()); problem != kFine) {
+      return problem;
+    }
+    if (element.first_attribute()) {
+      if (const char* problem = check_attributes(element); problem != kFine) {
+        return problem;
+      }
+    }
+    return check_text(element.value());  // the piece that a tree to be read keeps in the element
+  }
+
+  const char* check_attributes(xml_node element) {
+    names_.clear();
+    for (const xml_attribute attribute : element.attributes()) {
+      names_.emplace_back(attribute.name());
+      if (std::strchr(attribute.value(), '<') != nullptr) {
+        return "\"<\" in an attribute";
+      }
+      const char* problem = check_name(attribute.name());
+      problem = problem != kFine ? problem : check_references(attribute.value());
+      if (problem != kFine) {
+        return problem;
+      }
+    }
+    std::sort(names_.begin(), names_.end());
+    return std::adjacent_find(names_.begin(), names_.end()) != names_.end()
+               ? "an attribute that stands twice"
+               : kFine;
+  }
+
+  const FileTraits& traits_;
+  std::optional<TreeProblem> problem_;
+  bool has_element_ = false;
+  std::vector<std::string_view> names_;  // of the attributes of one element
+};
+
+}  // namespace
+
+std::optional<TreeProblem> check_tree(pugi::xml_document& document, const FileTraits& traits) {
+  Checker checker(traits);
+  document.traverse(checker);
+  return checker.problem();
+}
+
+}  // namespace orvaneplatform

@@ -1,0 +1,155 @@
+#include "platform/embedded/tree_handle.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <system_error>
+
+#include "platform/embedded/tree_layout.h"
+#include "platform/embedded/tree_save.h"
+#include "platform/embedded/tree_values.h"
+#include "platform/embedded/xml_characters.h"
+#include "platform/log_sinks.h"
+
+namespace orvaneplatform {
+namespace {
+
+using pugi::xml_node;
+
+std::string lock_failure(int error) {
+  return error == ETIMEDOUT ? "another writer holds its lock for longer than the wait"
+                            : "its lock file: " + std::generic_category().message(error);
+}
+
+// The file itself, where `path` leads to it through links: it is the file that is locked and
+// replaced. Nothing and a log line when there is none.
+std::optional<std::string> file_behind(const char* path, struct stat& status) {
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path, nullptr), std::free);
+  if (real == nullptr || stat(real.get(), &status) != 0) {
+    report_not_opened(path, std::generic_category().message(errno).c_str());
+    return std::nullopt;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    report_not_opened(path, "it is not a file");
+    return std::nullopt;
+  }
+  return real.get();
+}
+
+}  // namespace
+
+xml_node TreeCopy::find(Names names) const {
+  const PathFinder::Found found = finder_.find(top_, names);
+  return found.depth == names.size() ? found.element : xml_node();
+}
+
+TreeHandle::TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lock,
+                       std::shared_ptr<TreeFile> tree)
+    : path_(std::move(path)), use_(use), lock_(std::move(lock)), tree_(std::move(tree)) {}
+
+std::unique_ptr<TreeHandle> TreeHandle::open(const char* path, TreeUse use) {
+  std::string name = path;
+  std::optional<FileLock> lock;
+  if (use == TreeUse::kChange) {
+    struct stat status {};
+    const auto file = file_behind(path, status);
+    if (!file) {
+      return nullptr;
+    }
+    name = *file;
+    lock = FileLock::take(name, status);
+    if (!lock) {
+      report_not_opened(path, lock_failure(errno).c_str());
+      return nullptr;
+    }
+  }
+  auto tree = read_tree(name, use);
+  if (tree == nullptr) {
+    return nullptr;
+  }
+  return std::unique_ptr<TreeHandle>(
+      new TreeHandle(std::move(name), use, std::move(lock), std::move(tree)));
+}
+
+xml_node TreeHandle::find(Names names) const {
+  const auto found = finder_.find(tree_->document.document_element(), names);
+  return found.depth == names.size() ? found.element : xml_node();
+}
+
+bool TreeHandle::store(Names names, std::string_view value) {
+  if (use_ != TreeUse::kChange) {
+    return refuse("the tree is open to be read", names);
+  }
+  if (names.empty()) {
+    return refuse("the path is empty or too long", names);
+  }
+  const xml_node top = tree_->document.document_element();
+  if (top && std::strcmp(top.name(), names[0]) != 0) {
+    return refuse("the file has another top element", names);
+  }
+  const PathFinder::Found found = finder_.find(top, names);
+  if (found.depth == names.size()) {
+    changed_ = store_value(found.element, value) || changed_;
+    return true;
+  }
+  if (!std::all_of(names.begin() + static_cast<std::ptrdiff_t>(found.depth), names.end(),
+                   is_plain_name)) {
+    return refuse("a name in the path is not allowed", names);
+  }
+  changed_ = true;
+  store_value(create(found, names), value);
+  return true;
+}
+
+xml_node TreeHandle::create(PathFinder::Found found, Names names) {
+  xml_node element = found.element;
+  for (const char* name : names.subspan(found.depth)) {
+    element = element ? add_element(element, name) : append_top_element(tree_->document, name);
+  }
+  return element;
+}
+
+bool TreeHandle::remove(Names names) {
+  const xml_node element = find(names);
+  if (!element || use_ != TreeUse::kChange) {
+    return element ? refuse("the tree is open to be read", names) : false;
+  }
+  finder_.forget();
+  drop_element(element);
+  changed_ = true;
+  return true;
+}
+
+std::unique_ptr<TreeCopy> TreeHandle::copy(Names names) const {
+  const xml_node element = find(names);
+  if (!element) {
+    return nullptr;
+  }
+  if (use_ == TreeUse::kRead) {
+    return std::make_unique<TreeCopy>(tree_, element);  // nobody changes it any more
+  }
+  auto copied = std::make_shared<TreeFile>();
+  const xml_node top = copied->document.append_copy(element);
+  return std::make_unique<TreeCopy>(std::move(copied), top);
+}
+
+bool TreeHandle::save() {
+  if (!changed_) {
+    return true;
+  }
+  const std::string text = tree_text(tree_->document, tree_->byte_order_mark);
+  if (text.size() > kMaxFileBytes) {
+    orvane_log_debug("[cfgtree] saving %s failed: it would be larger than 64 MiB", path_.c_str());
+    return false;
+  }
+  return text == tree_->original || replace_file(path_, text, tree_->status);
+}
+
+bool TreeHandle::refuse(const char* what, Names names) const {
+  orvane_log_debug("[cfgtree] %s, nothing is changed at %s of %s", what,
+                   names.empty() ? "a path" : names.back(), path_.c_str());
+  return false;
+}
+
+}  // namespace orvaneplatform

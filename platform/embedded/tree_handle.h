@@ -1,0 +1,64 @@
+// What stands behind the handles of platform/config_tree.h.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/embedded/file_lock.h"
+#include "platform/embedded/tree_file.h"
+#include "platform/embedded/tree_path.h"
+
+namespace orvaneplatform {
+
+using Names = std::span<const char* const>;
+
+// A part of a tree that does not change any more.
+class TreeCopy {
+ public:
+  TreeCopy(std::shared_ptr<const TreeFile> tree, pugi::xml_node top)
+      : tree_(std::move(tree)), top_(top) {}
+
+  // The element at the path, or none.
+  pugi::xml_node find(Names names) const;
+
+ private:
+  std::shared_ptr<const TreeFile> tree_;
+  pugi::xml_node top_;
+  PathFinder finder_;
+};
+
+class TreeHandle {
+ public:
+  // Null and a log line when the file cannot be opened as a tree.
+  static std::unique_ptr<TreeHandle> open(const char* path, TreeUse use);
+
+  // The element at the path, or none.
+  pugi::xml_node find(Names names) const;
+
+  // As xmlcfg_set_str, xmlcfg_remove and xmlcfg_export_xmltree.
+  bool store(Names names, std::string_view value);
+  bool remove(Names names);
+  std::unique_ptr<TreeCopy> copy(Names names) const;
+
+  // Writes the changes to the file. False and a log line when that fails.
+  bool save();
+
+ private:
+  TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lock,
+             std::shared_ptr<TreeFile> tree);
+
+  pugi::xml_node create(PathFinder::Found found, Names names);
+  bool refuse(const char* what, Names names) const;
+
+  std::string path_;
+  TreeUse use_;
+  std::optional<FileLock> lock_;
+  std::shared_ptr<TreeFile> tree_;
+  PathFinder finder_;
+  bool changed_ = false;
+};
+
+}  // namespace orvaneplatform

@@ -1,0 +1,68 @@
+#include "platform/embedded/tree_path.h"
+
+#include <cstring>
+
+namespace orvaneplatform {
+namespace {
+
+using pugi::xml_node;
+
+xml_node first_element(xml_node parent, const char* name) {
+  xml_node node = parent.child(name);
+  while (node && node.type() != pugi::node_element) {  // an instruction has a name as well
+    node = node.next_sibling(name);
+  }
+  return node;
+}
+
+}  // namespace
+
+TreePath::TreePath(va_list arguments) {
+  for (const char* name = va_arg(arguments, const char*); name != nullptr;
+       name = va_arg(arguments, const char*)) {
+    if (depth_ == names_.size()) {
+      too_deep_ = true;
+      depth_ = 0;
+      return;
+    }
+    names_[depth_++] = name;
+  }
+}
+
+PathFinder::Found PathFinder::find(xml_node top, std::span<const char* const> names) const {
+  if (names.empty() || !top || std::strcmp(top.name(), names[0]) != 0) {
+    return {{}, 0};
+  }
+  Found found{top, 1};
+  while (found.depth < names.size()) {
+    const xml_node child = find_child(found.element, names[found.depth], found.depth);
+    if (!child) {
+      break;
+    }
+    found = {child, found.depth + 1};
+  }
+  return found;
+}
+
+void PathFinder::forget() {
+  for (auto& last : last_) {
+    last.store(nullptr, std::memory_order_relaxed);
+  }
+}
+
+xml_node PathFinder::find_child(xml_node parent, const char* name, std::size_t level) const {
+  if (level >= kRememberedLevels) {
+    return first_element(parent, name);
+  }
+  const xml_node last(last_[level].load(std::memory_order_relaxed));
+  if (last.parent() == parent && std::strcmp(last.name(), name) == 0) {
+    return last;
+  }
+  const xml_node found = first_element(parent, name);
+  if (found) {
+    last_[level].store(found.internal_object(), std::memory_order_relaxed);
+  }
+  return found;
+}
+
+}  // namespace orvaneplatform

@@ -1,0 +1,54 @@
+// Elements by the path of their names.
+#pragma once
+
+#include <pugixml.hpp>
+
+#include <array>
+#include <atomic>
+#include <cstdarg>
+#include <cstddef>
+#include <span>
+
+namespace orvaneplatform {
+
+// How many elements may be nested, in a file and in a path.
+inline constexpr std::size_t kMaxDepth = 256;
+
+// The arguments of a call up to the null pointer that ends them.
+class TreePath {
+ public:
+  explicit TreePath(va_list arguments);
+
+  bool is_too_deep() const { return too_deep_; }
+
+  // Empty when the path is too deep.
+  std::span<const char* const> names() const { return {names_.data(), depth_}; }
+
+ private:
+  std::array<const char*, kMaxDepth> names_;
+  std::size_t depth_ = 0;
+  bool too_deep_ = false;
+};
+
+// Finds elements below a top element; the first one of a name counts. Remembers the last one found
+// on each level, since callers read many values below one element. Any number of threads may find
+// at once, in a tree that none of them changes.
+class PathFinder {
+ public:
+  struct Found {
+    pugi::xml_node element;  // the deepest one on the path that exists, or none
+    std::size_t depth;       // the number of names that led to it
+  };
+  Found find(pugi::xml_node top, std::span<const char* const> names) const;
+
+  // To be called before an element is removed.
+  void forget();
+
+ private:
+  pugi::xml_node find_child(pugi::xml_node parent, const char* name, std::size_t level) const;
+
+  static constexpr std::size_t kRememberedLevels = 8;
+  mutable std::array<std::atomic<pugi::xml_node_struct*>, kRememberedLevels> last_ = {};
+};
+
+}  // namespace orvaneplatform

@@ -1,0 +1,149 @@
+#include "platform/embedded/tree_values.h"
+
+#include <cstring>
+
+#include "platform/embedded/tree_layout.h"
+#include "platform/embedded/value_encoding.h"
+#include "platform/embedded/xml_characters.h"
+
+namespace orvaneplatform {
+namespace {
+
+using pugi::xml_node;
+
+bool is_marked_base64(xml_node element) {
+  return std::strcmp(element.attribute(kEncodingAttribute).value(), kBase64) == 0;
+}
+
+// The element's text when it is in one piece and the element holds nothing else; otherwise null.
+// A tree that is only read keeps the first piece in the element itself.
+const char* sole_text(xml_node element) {
+  const xml_node child = element.first_child();
+  if (!child) {
+    return element.value();
+  }
+  const bool sole = child.type() == pugi::node_pcdata && !child.next_sibling();
+  return sole && *element.value() == '\0' ? child.value() : nullptr;
+}
+
+bool holds_only_text(xml_node element) {
+  for (const xml_node child : element.children()) {
+    if (child.type() != pugi::node_pcdata) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::string_view without_layout(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  const std::size_t last = text.find_last_not_of(kBlanks);
+  return first == std::string_view::npos ? "" : text.substr(first, last - first + 1);
+}
+
+std::string joined_text(xml_node element) {
+  const bool trim = !holds_only_text(element);
+  const auto piece = [trim](const char* text) {
+    return trim ? without_layout(text) : std::string_view(text);
+  };
+  std::string value;
+  append_decoded(piece(element.value()), value);
+  for (const xml_node child : element.children()) {
+    if (child.type() == pugi::node_pcdata) {
+      append_decoded(piece(child.value()), value);
+    } else if (child.type() == pugi::node_cdata) {
+      append_with_line_ends(child.value(), value);
+    }
+  }
+  return value;
+}
+
+// Keeps the line ends and blanks that follow the text of `piece`, as far as they lay out what
+// stands behind it.
+void erase_text(xml_node element, xml_node piece, bool keep_layout) {
+  const std::string_view text = piece.value();
+  const std::string rest(text.substr(text.find_last_not_of(kBlanks) + 1));
+  if (keep_layout && piece.type() == pugi::node_pcdata && !rest.empty()) {
+    piece.set_value(rest.c_str());
+  } else {
+    element.remove_child(piece);
+  }
+}
+
+void erase_value(xml_node element) {
+  const bool keep_layout = !holds_only_text(element);
+  for (xml_node child = element.first_child(); child;) {
+    const xml_node next = child.next_sibling();
+    if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
+      erase_text(element, child, keep_layout);
+    }
+    child = next;
+  }
+}
+
+void write_value(xml_node element, std::string_view value) {
+  erase_value(element);
+  const EncodedValue encoded = encode_value(value);
+  if (!encoded.text.empty()) {
+    element.prepend_child(pugi::node_pcdata).set_value(encoded.text.c_str());
+  }
+  if (encoded.base64) {
+    element.remove_attribute(kEncodingAttribute);
+    element.append_attribute(kEncodingAttribute).set_value(kBase64);
+  } else if (is_marked_base64(element)) {
+    element.remove_attribute(kEncodingAttribute);
+  }
+}
+
+std::string copy_value(xml_node element) {
+  std::string decoded;
+  return std::string(element_value(element, decoded));
+}
+
+}  // namespace
+
+std::string_view element_value(xml_node element, std::string& decoded) {
+  const bool base64 = is_marked_base64(element);
+  if (const char* text = sole_text(element); text != nullptr) {
+    if (!base64 && text[std::strcspn(text, "&\r")] == '\0') {
+      return text;
+    }
+    decoded.clear();
+    append_decoded(text, decoded);
+  } else {
+    decoded = joined_text(element);
+  }
+  if (base64) {
+    decoded = decode_base64(decoded).value_or(decoded);
+  }
+  return decoded;
+}
+
+bool store_value(xml_node element, std::string_view value) {
+  std::string decoded;
+  if (element_value(element, decoded) == value) {
+    return false;
+  }
+  write_value(element, value);
+  return true;
+}
+
+xml_node add_element(xml_node parent, const char* name) {
+  const xml_node child = parent.first_child();
+  const bool layout_only = is_layout(child) && !child.next_sibling();
+  const std::string before = layout_only ? "" : copy_value(parent);
+  const xml_node element = append_element(parent, name);
+  store_value(parent, before);
+  return element;
+}
+
+void drop_element(xml_node element) {
+  const xml_node parent = element.parent();
+  const std::string before = copy_value(parent);
+  remove_element(element);
+  if (parent.type() == pugi::node_element) {
+    store_value(parent, before);
+  }
+}
+
+}  // namespace orvaneplatform
