@@ -1,5 +1,6 @@
 #include "platform/embedded/tree_values.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/embedded/tree_layout.h"
@@ -26,13 +27,13 @@ const char* sole_text(xml_node element) {
   return sole && *element.value() == '\0' ? child.value() : nullptr;
 }
 
-bool holds_only_text(xml_node element) {
-  for (const xml_node child : element.children()) {
-    if (child.type() != pugi::node_pcdata) {
-      return false;
-    }
-  }
-  return true;
+bool is_text(xml_node node) {
+  return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
+
+template <typename Kind>
+bool holds_only(xml_node element, Kind is_kind) {
+  return std::all_of(element.begin(), element.end(), is_kind);
 }
 
 std::string_view without_layout(std::string_view text) {
@@ -42,7 +43,8 @@ std::string_view without_layout(std::string_view text) {
 }
 
 std::string joined_text(xml_node element) {
-  const bool trim = !holds_only_text(element);
+  const bool trim =
+      !holds_only(element, [](xml_node child) { return child.type() == pugi::node_pcdata; });
   const auto piece = [trim](const char* text) {
     return trim ? without_layout(text) : std::string_view(text);
   };
@@ -71,10 +73,10 @@ void erase_text(xml_node element, xml_node piece, bool keep_layout) {
 }
 
 void erase_value(xml_node element) {
-  const bool keep_layout = !holds_only_text(element);
+  const bool keep_layout = !holds_only(element, is_text);
   for (xml_node child = element.first_child(); child;) {
     const xml_node next = child.next_sibling();
-    if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
+    if (is_text(child)) {
       erase_text(element, child, keep_layout);
     }
     child = next;

@@ -1,8 +1,9 @@
 // The values of a configuration tree's elements. The tree holds the text of its file as it stands
 // there, references and line ends included: what is not changed is saved as it was read.
 //
-// The value of an element is its text. Where it holds more than text (elements, comments), blanks
-// around each piece of the text are layout and do not count, but for those written as references.
+// The value of an element is its text. Where it holds more than plain text (elements, comments,
+// CDATA sections), blanks around each piece of the text are layout and do not count, but for those
+// written as references or in a CDATA section.
 // An element without text has the empty value.
 #pragma once
 
