@@ -88,7 +88,7 @@ class Checker : public pugi::xml_tree_walker {
         return depth() >= static_cast<int>(kMaxDepth) ? "elements are nested too deep"
                                                       : check_element(node);
       case pugi::node_pcdata:
-        return check_text(node.value());
+        return check_text(node);
       case pugi::node_comment:
         return check_comment(node.value());
       case pugi::node_pi:
@@ -98,21 +98,19 @@ class Checker : public pugi::xml_tree_walker {
     }
   }
 
-  const char* check_name(const char* name) const {
-    return traits_.bytes.non_ascii && !is_name(name) ? "a name that XML does not allow" : kFine;
+  static const char* check_name(const char* name) {
+    return is_name(name) ? kFine : "a name that XML does not allow";
   }
 
-  const char* check_references(const char* text) const {
-    return traits_.bytes.ampersand && !references_are_valid(text)
-               ? "an ampersand that begins no reference"
-               : kFine;
+  static const char* check_references(const char* text) {
+    return references_are_valid(text) ? kFine : "an ampersand that begins no reference";
   }
 
-  const char* check_text(const char* text) const {
-    if (traits_.cdata_end && std::strstr(text, "]]>") != nullptr) {
+  const char* check_text(xml_node node) const {
+    if (traits_.cdata_end && std::strstr(node.value(), "]]>") != nullptr) {
       return "\"]]>\" in a text";
     }
-    return check_references(text);
+    return traits_.bytes.ampersand ? check_references(node.value()) : kFine;
   }
 
   static const char* check_comment(std::string_view text) {
@@ -121,15 +119,16 @@ class Checker : public pugi::xml_tree_walker {
   }
 
   const char* check_element(xml_node element) {
-    if (const char* problem = check_name(element.name()); problem != kFine) {
+    const char* problem = traits_.bytes.non_ascii ? check_name(element.name()) : kFine;
+    if (problem != kFine) {
       return problem;
     }
     if (element.first_attribute()) {
-      if (const char* problem = check_attributes(element); problem != kFine) {
+      if (problem = check_attributes(element); problem != kFine) {
         return problem;
       }
     }
-    return check_text(element.value());  // the piece that a tree to be read keeps in the element
+    return check_text(element);  // the piece that a tree to be read keeps in the element
   }
 
   const char* check_attributes(xml_node element) {

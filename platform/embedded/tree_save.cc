@@ -26,7 +26,8 @@ class TextWriter : public pugi::xml_writer {
 class QuoteEscaper : public pugi::xml_tree_walker {
  public:
   bool for_each(pugi::xml_node& node) override {
-    for (pugi::xml_attribute attribute : node.attributes()) {
+    for (auto attribute = node.first_attribute(); attribute;
+         attribute = attribute.next_attribute()) {
       if (std::strchr(attribute.value(), '"') != nullptr) {
         attribute.set_value(quoted(attribute.value()).c_str());
       }

@@ -102,6 +102,12 @@ std::string copy_value(xml_node element) {
   return std::string(element_value(element, decoded));
 }
 
+// Blanks that nobody has stored: they lay out an element that has no children yet.
+bool holds_only_layout(xml_node element) {
+  const xml_node child = element.first_child();
+  return is_layout(child) && !child.next_sibling();
+}
+
 }  // namespace
 
 std::string_view element_value(xml_node element, std::string& decoded) {
@@ -123,7 +129,7 @@ std::string_view element_value(xml_node element, std::string& decoded) {
 
 bool store_value(xml_node element, std::string_view value) {
   std::string decoded;
-  if (element_value(element, decoded) == value) {
+  if (element_value(element, decoded) == value && !holds_only_layout(element)) {
     return false;
   }
   write_value(element, value);
@@ -131,9 +137,7 @@ bool store_value(xml_node element, std::string_view value) {
 }
 
 xml_node add_element(xml_node parent, const char* name) {
-  const xml_node child = parent.first_child();
-  const bool layout_only = is_layout(child) && !child.next_sibling();
-  const std::string before = layout_only ? "" : copy_value(parent);
+  const std::string before = holds_only_layout(parent) ? "" : copy_value(parent);
   const xml_node element = append_element(parent, name);
   store_value(parent, before);
   return element;

@@ -18,7 +18,8 @@ namespace orvaneplatform {
 // taken for most values.
 std::string_view element_value(pugi::xml_node element, std::string& decoded);
 
-// Replaces the value; what else the element holds is kept. False when it was this value before.
+// Replaces the value; what else the element holds is kept. False when it was this value before, and
+// nothing is changed.
 bool store_value(pugi::xml_node element, std::string_view value);
 
 // Adds an element as the last one below `parent`. The value of `parent` stays.
