@@ -97,14 +97,13 @@ class Reader {
         (traits.bytes.non_ascii && find_invalid_character(text) != std::string_view::npos)) {
       return "it holds bytes that are not text in UTF-8";
     }
-    const bool ends_in_tag = text.ends_with('<');  // which the parser lets pass after a blank
+    if (text.ends_with('<')) {  // which the parser lets pass after a blank
+      return "it ends within an element";
+    }
     const pugi::xml_parse_result result = tree.document.load_buffer_inplace(
         tree.bytes.get(), length_ + 1, parse_options(use_), pugi::encoding_utf8);
     if (!result) {
       return located(result.description(), result.offset);
-    }
-    if (ends_in_tag) {
-      return "it ends within an element";
     }
     const auto problem = check_tree(tree.document, traits);
     return problem ? located(problem->what, problem->offset) : "";

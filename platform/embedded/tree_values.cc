@@ -137,10 +137,14 @@ bool store_value(xml_node element, std::string_view value) {
 }
 
 xml_node add_element(xml_node parent, const char* name) {
-  const std::string before = holds_only_layout(parent) ? "" : copy_value(parent);
-  const xml_node element = append_element(parent, name);
-  store_value(parent, before);
-  return element;
+  if (holds_only(parent, is_text) && !holds_only_layout(parent)) {
+    // Blanks around the text would be taken for layout from now on.
+    const std::string value = copy_value(parent);
+    if (without_layout(value) != value) {
+      write_value(parent, value);
+    }
+  }
+  return append_element(parent, name);
 }
 
 void drop_element(xml_node element) {
