@@ -22,3 +22,8 @@ find_library(SOCI_SQLITE3_LIBRARY soci_sqlite3 REQUIRED)
 add_library(soci INTERFACE)
 target_link_libraries(soci INTERFACE ${SOCI_CORE_LIBRARY} ${SOCI_SQLITE3_LIBRARY}
                                      PkgConfig::sqlite3)
+
+# Peers for the tests and benchmarks.
+if(BUILD_TESTING OR ORVANEIP_BENCH)
+  pkg_check_modules(re2 REQUIRED IMPORTED_TARGET re2)
+endif()

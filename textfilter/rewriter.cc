@@ -1,0 +1,181 @@
+#include "textfilter/rewriter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "textfilter/gap_text.h"
+#include "textfilter/occurrence.h"
+
+namespace orvaneip {
+namespace {
+
+// The texts of a rule.
+struct Pair {
+  explicit Pair(const rule& applied)
+      : target(applied.target, strnlen(applied.target, kRuleTextBytes - 1)),
+        result(applied.result, strnlen(applied.result, kRuleTextBytes - 1)) {}
+
+  bool grows() const { return result.size() > target.size(); }
+  std::size_t growth() const { return grows() ? result.size() - target.size() : 0; }
+  std::size_t shrinkage() const { return grows() ? 0 : target.size() - result.size(); }
+
+  std::string_view target;
+  std::string_view result;
+};
+
+// How many replacements the capacity has room for.
+std::size_t room_for(const Pair& pair, const BoundedText& text) {
+  if (text.length - pair.shrinkage() >= text.capacity) {
+    return 0;
+  }
+  return pair.grows() ? (text.capacity - 1 - text.length) / pair.growth() : SIZE_MAX;
+}
+
+// True when a text can end with some of the bytes of `left` that `right` begins with.
+bool can_overlap(std::string_view left, std::string_view right, std::size_t longest) {
+  for (std::size_t count = 1; count <= longest; ++count) {
+    if (left[left.size() - count] == right.front() &&
+        left.substr(left.size() - count) == right.substr(0, count)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// True when a result, once it is in the text, can be part of an occurrence of the target, or stand
+// in the middle of one.
+bool can_meet_result(const Pair& pair) {
+  const std::string_view target = pair.target;
+  const std::string_view result = pair.result;
+  const std::size_t longest = std::min(target.size() - 1, result.size());
+  return result.find(target) != std::string_view::npos || can_overlap(target, result, longest) ||
+         can_overlap(result, target, longest) ||
+         (target.size() >= 2 &&
+          target.substr(1, target.size() - 2).find(result) != std::string_view::npos);
+}
+
+// The places of the occurrences in the text as it is: for a rule that never meets its result.
+struct Places {
+  Rewriting collect(const Pair& pair, const BoundedText& text, const char* first,
+                    std::size_t limit);
+  void replace_forward(const Pair& pair, BoundedText& text) const;
+  void replace_backward(const Pair& pair, BoundedText& text) const;
+
+  std::size_t count = 0;
+  std::array<std::size_t, kMaxReplacements> offsets;
+};
+
+Rewriting Places::collect(const Pair& pair, const BoundedText& text, const char* first,
+                          std::size_t limit) {
+  const std::size_t room = room_for(pair, text);
+  for (const char* place = first; place != nullptr;) {
+    if (count == room) {
+      return {RewriteEnd::kCapacity, count};
+    }
+    offsets[count++] = static_cast<std::size_t>(place - text.bytes);
+    const std::string_view rest = text.from(offsets[count - 1] + pair.target.size());
+    if (rest.empty()) {
+      return {RewriteEnd::kEndedText, count};
+    }
+    if (count == limit) {
+      return {RewriteEnd::kLimit, count};
+    }
+    place = find_occurrence(rest, pair.target);
+  }
+  return {RewriteEnd::kNoOccurrence, count};
+}
+
+// For results that are not longer than the target.
+void Places::replace_forward(const Pair& pair, BoundedText& text) const {
+  char* to = text.bytes + offsets[0];
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t from = offsets[i] + pair.target.size();
+    const std::size_t until = i + 1 < count ? offsets[i + 1] : text.length + 1;
+    to = std::copy(pair.result.begin(), pair.result.end(), to);
+    if (pair.shrinkage() > 0) {
+      std::memmove(to, text.bytes + from, until - from);
+    }
+    to += until - from;
+  }
+  text.length -= count * pair.shrinkage();
+}
+
+void Places::replace_backward(const Pair& pair, BoundedText& text) const {
+  std::size_t until = text.length + 1;
+  char* to = text.bytes + until + count * pair.growth();
+  for (std::size_t i = count; i-- > 0;) {
+    const std::size_t from = offsets[i] + pair.target.size();
+    to -= until - from;
+    std::memmove(to, text.bytes + from, until - from);
+    to -= pair.result.size();
+    std::memcpy(to, pair.result.data(), pair.result.size());
+    until = offsets[i];
+  }
+  text.length += count * pair.growth();
+}
+
+Rewriting rewrite_places(const Pair& pair, const char* first, std::size_t limit,
+                         BoundedText& text) {
+  Places places;
+  const Rewriting rewriting = places.collect(pair, text, first, limit);
+  if (places.count > 0 && pair.grows()) {
+    places.replace_backward(pair, text);
+  } else if (places.count > 0) {
+    places.replace_forward(pair, text);
+  }
+  return rewriting;
+}
+
+// A replacement cannot make an occurrence that ends before it: the next search goes on as many
+// bytes before it as an occurrence can reach back.
+Rewriting replace_in(GapText& gap, const Pair& pair, std::size_t limit, std::size_t room) {
+  std::size_t count = 0;
+  for (const char* place = gap.back().data(); place != nullptr;
+       place = find_occurrence(gap.back(), pair.target)) {
+    if (count == room) {
+      return {RewriteEnd::kCapacity, count};
+    }
+    gap.advance(place);
+    const bool ended_text = gap.back().size() == pair.target.size();
+    gap.replace(pair.target.size(), pair.result);
+    ++count;
+    if (ended_text) {
+      return {RewriteEnd::kEndedText, count};
+    }
+    if (count == limit) {
+      return {RewriteEnd::kLimit, count};
+    }
+    gap.retreat(pair.target.size() - 1);
+  }
+  return {RewriteEnd::kNoOccurrence, count};
+}
+
+Rewriting rewrite_gap(const Pair& pair, const char* first, std::size_t limit, BoundedText& text) {
+  const std::size_t room = room_for(pair, text);
+  if (room == 0) {
+    return {RewriteEnd::kCapacity, 0};
+  }
+  GapText gap(text.bytes, text.length, static_cast<std::size_t>(first - text.bytes),
+              std::min(limit, room) * pair.growth());
+  const Rewriting rewriting = replace_in(gap, pair, limit, room);
+  gap.close();
+  text.length = gap.length();
+  return rewriting;
+}
+
+}  // namespace
+
+Rewriting rewrite(const rule& applied, std::size_t limit, BoundedText& text) {
+  const Pair pair(applied);
+  const char* first = find_occurrence(text.from(0), pair.target);
+  if (first == nullptr) {
+    return {RewriteEnd::kNoOccurrence, 0};
+  }
+  return can_meet_result(pair) ? rewrite_gap(pair, first, limit, text)
+                               : rewrite_places(pair, first, limit, text);
+}
+
+}  // namespace orvaneip

@@ -1,0 +1,102 @@
+#include "textfilter/text_filter.h"
+
+#include <cstring>
+
+#include "foundation/result_codes.h"
+#include "platform/log_sinks.h"
+#include "textfilter/rewriter.h"
+#include "textfilter/rule_list.h"
+
+namespace {
+
+using orvaneip::BoundedText;
+using orvaneip::RewriteEnd;
+using orvaneip::Rewriting;
+
+constexpr std::size_t kPassLimit = 999;
+static_assert(orvaneip::kMaxReplacements == kPassLimit + 1);
+
+constexpr const char* kFilteringName = "do_filtering";  // in log lines, whoever called
+
+// The replacements that the passes left over allow a rule: one at least.
+std::size_t replacement_limit(std::size_t passes) {
+  return passes < kPassLimit ? kPassLimit + 1 - passes : 1;
+}
+
+// Each replacement took a pass; so did a search that found nothing, or nothing that fits.
+std::size_t passes_of(const Rewriting& rewriting) {
+  const bool searched_once_more =
+      rewriting.end == RewriteEnd::kNoOccurrence || rewriting.end == RewriteEnd::kCapacity;
+  return rewriting.replacements + (searched_once_more ? 1 : 0);
+}
+
+// How many replacements were made.
+std::size_t apply_rule(const rule& applied, BoundedText& text, FilterReport& report) {
+  const Rewriting rewriting = orvaneip::rewrite(applied, replacement_limit(report.passes), text);
+  report.passes += passes_of(rewriting);
+  if (rewriting.end == RewriteEnd::kCapacity) {
+    report.outcome = kFilterCapacity;
+  } else if (rewriting.end != RewriteEnd::kEndedText && report.passes > kPassLimit) {
+    report.outcome = kFilterPassLimit;
+    orvane_log_debug("[%s] Match more than 1000 times(!?)", kFilteringName);
+  }
+  return rewriting.replacements;
+}
+
+FilterOutcome apply_rules(const std::vector<rule>& rules, BoundedText text, FilterReport& report) {
+  report.outcome = kFilterFinished;
+  for (std::size_t i = 0; i < rules.size() && report.outcome != kFilterCapacity; ++i) {
+    if (rules[i].target[0] != '\0') {
+      report.replacements[i] = apply_rule(rules[i], text, report);
+    }
+  }
+  return report.outcome;
+}
+
+void reset(FilterReport& report, std::size_t rule_count) {
+  report.rules_result = kDevcfgOk;
+  report.passes = 0;
+  report.replacements.assign(rule_count, 0);
+}
+
+}  // namespace
+
+FilterOutcome do_filtering_bounded(const std::vector<rule>& rules, char* text,
+                                   std::size_t capacity_bytes, FilterReport& report) {
+  reset(report, rules.size());
+  const std::size_t length = text != nullptr ? strnlen(text, capacity_bytes) : capacity_bytes;
+  if (length == capacity_bytes) {
+    return report.outcome = kFilterRefused;
+  }
+  return apply_rules(rules, {text, length, capacity_bytes}, report);
+}
+
+FilterOutcome ft_filter_string_bounded(char* vault_id, char* text, std::size_t capacity_bytes,
+                                       FilterReport& report) {
+  std::vector<rule> rules;
+  const int rules_result = get_rule_list(vault_id, rules);
+  do_filtering_bounded(rules, text, capacity_bytes, report);
+  report.rules_result = rules_result;
+  return report.outcome;
+}
+
+int do_filtering(std::vector<rule> rules, char*& text) {
+  if (text == nullptr) {
+    orvane_log_debug("[%s] There is no text", kFilteringName);
+    return kDevcfgFiltered;
+  }
+  FilterReport report;
+  reset(report, rules.size());
+  if (apply_rules(rules, {text, std::strlen(text), kFilteredTextBytes}, report) ==
+      kFilterCapacity) {
+    orvane_log_debug("[%s] Stopped, the text would exceed %zu bytes", kFilteringName,
+                     kFilteredTextBytes);
+  }
+  return kDevcfgFiltered;
+}
+
+int ft_filter_string(char* vault_id, char* text) {
+  std::vector<rule> rules;
+  get_rule_list(vault_id, rules);
+  return do_filtering(std::move(rules), text);
+}
