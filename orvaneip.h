@@ -24,6 +24,13 @@
 //     output.
 #pragma once
 
+#include "devfilter/dev_filter.h"
+#include "devfilter/device_filtering.h"
+#include "devfilter/rule_file.h"
+#include "devtree/builtin_devices.h"
+#include "devtree/device_events.h"
+#include "devtree/device_info.h"
+#include "devtree/device_tree.h"
 #include "foundation/file_exist.h"
 #include "foundation/identifiers.h"
 #include "foundation/logging.h"

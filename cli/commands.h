@@ -12,5 +12,7 @@ namespace devcfg {
 void add_data_source_commands(CLI::App& app);  // data_sources/: add list show modify remove ...
 void add_filter_commands(CLI::App& app);       // filters/: filters show|set
 void add_camera_commands(CLI::App& app);       // cameras/: camera removed|renamed
+void add_tree_commands(CLI::App& app);         // tree/: tree init|nodes|find|show|add|...
+void add_rule_commands(CLI::App& app);         // rules/: rules list|apply
 
 }  // namespace devcfg

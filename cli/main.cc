@@ -37,9 +37,14 @@ void describe(CLI::App& app) {
   app.add_flag_callback(
       "--log", [] { setenv("ORVANE_LOG", "stderr", 1); },
       "Show the log lines of the library on standard error");
+  app.add_flag_callback(
+      "--root", [] { throw CLI::CallForVersion(ORVANEIP_ROOT, 0); },
+      "Print the prefix of the fixed paths that this build works on");
   devcfg::add_data_source_commands(app);
   devcfg::add_filter_commands(app);
   devcfg::add_camera_commands(app);
+  devcfg::add_tree_commands(app);
+  devcfg::add_rule_commands(app);
 }
 
 // Without a setting texts would be shown as bytes: the vault's are UTF-8.

@@ -1,0 +1,124 @@
+#include "devfilter/device_filtering.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "platform/log_sinks.h"
+
+namespace {
+
+constexpr char kFunction[] = "devcfg_do_filtering";
+constexpr int kNoRule = 0;
+
+enum RuleType { kReplace = 0, kRecognise = 1, kBreakLine = 2 };
+
+char lower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte; }
+
+// Without the locale that strcasecmp looks at.
+bool equal_but_for_case(const char* one, const char* other) {
+  while (*one != '\0' && lower(*one) == lower(*other)) {
+    ++one;
+    ++other;
+  }
+  return lower(*one) == lower(*other);
+}
+
+// One text on its way through the rules of a device.
+class Search {
+ public:
+  Search(const char* text, char* output, int output_size_bytes, const char* device_id)
+      : text_(text),
+        output_(output),
+        output_size_(static_cast<std::size_t>(output_size_bytes)),
+        device_id_(device_id) {}
+
+  int try_filter(const filter& tried) {
+    if (tried.enable == 0) {
+      log_Debug(
+          "[libdevcfg] %s() pchDevId=[%s],chFilterName=[%s], nEnable=[%d]. This filter is "
+          "disabled.",
+          kFunction, device_id_, tried.name, tried.enable);
+      return kNoRule;
+    }
+    for (const rule& next : tried.rule_list) {
+      if (const int result = try_rule(next); result != kNoRule) {
+        return result;
+      }
+    }
+    return kNoRule;
+  }
+
+ private:
+  int try_rule(const rule& tried) {
+    if (tried.enable == 0) {
+      log_Debug(
+          "DevId=[%s],RuleName=[%s], Type=[%d], enable=[%d],target=[%s],Result=[%s]. This rule is "
+          "disabled.",
+          device_id_, tried.name, tried.type, tried.enable, tried.target, tried.result);
+      return kNoRule;
+    }
+    switch (tried.type) {
+      case kReplace:
+        clear_output();
+        return applies(tried) ? write(tried.result, 1) : kNoRule;
+      case kRecognise:
+        return applies(tried) ? 2 : kNoRule;
+      case kBreakLine:
+        return applies(tried) ? write("\r\n", 3) : kNoRule;
+      default:
+        log_Debug("[libdevcfg] pchDevId=[%s],unknown type=[%d]", device_id_, tried.type);
+        return kNoRule;
+    }
+  }
+
+  bool applies(const rule& tried) const { return std::strcmp(tried.target, text_) == 0; }
+
+  // Once is enough: until a rule applies nothing else writes.
+  void clear_output() {
+    if (!cleared_) {
+      std::memset(output_, 0, output_size_);
+      cleared_ = true;
+    }
+  }
+
+  int write(const char* replacement, int result) {
+    std::snprintf(output_, output_size_ - 1, "%s", replacement);
+    return result;
+  }
+
+  const char* text_;
+  char* output_;
+  std::size_t output_size_;
+  const char* device_id_;
+  bool cleared_ = false;
+};
+
+}  // namespace
+
+int devcfg_match_filters(const char* text, char* output, int output_size_bytes,
+                         const char* device_id, const std::vector<dev_filter>& devices) {
+  if (devices.empty() || text == nullptr || output == nullptr || output_size_bytes < 1 ||
+      device_id == nullptr) {
+    return kNoRule;
+  }
+  const auto device = std::find_if(devices.begin(), devices.end(), [&](const dev_filter& entry) {
+    return equal_but_for_case(entry.device_id, device_id);
+  });
+  if (device == devices.end()) {
+    log_Debug("[libdevcfg] %s() No filter rules for device_id=[%s]", kFunction, device_id);
+    return kNoRule;
+  }
+  Search search(text, output, output_size_bytes, device_id);
+  for (const filter& next : device->filter_list) {
+    if (const int result = search.try_filter(next); result != kNoRule) {
+      return result;
+    }
+  }
+  return kNoRule;
+}
+
+int devcfg_do_filtering(char* text, int /*text_length*/, char* output, int output_size_bytes,
+                        char* device_id, std::vector<dev_filter> devices) {
+  return devcfg_match_filters(text, output, output_size_bytes, device_id, devices);
+}

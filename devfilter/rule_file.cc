@@ -1,0 +1,160 @@
+#include "devfilter/rule_file.h"
+
+#include <cstdio>
+#include <optional>
+
+#include "devtree/config_file.h"
+#include "devtree/device_tree.h"
+#include "devtree/node_list.h"
+#include "platform/config_tree.h"
+#include "platform/log_sinks.h"
+
+namespace {
+
+constexpr char kRuleFilePath[] = ORVANEIP_ROOT "/etc/config/kfilter.xml";
+constexpr char kTop[] = "filter";
+constexpr std::size_t kDeviceListBytes = 1024;
+constexpr std::size_t kInnerListBytes = 512;
+
+class ExportedTree {
+ public:
+  explicit ExportedTree(void** tree) : tree_(tree) {}
+  ~ExportedTree() {
+    if (tree_ != nullptr) {
+      xmltree_destroy(tree_);
+    }
+  }
+  ExportedTree(const ExportedTree&) = delete;
+  ExportedTree& operator=(const ExportedTree&) = delete;
+
+  void** get() const { return tree_; }
+
+ private:
+  void** tree_;
+};
+
+template <std::size_t kSize, typename... Names>
+void read_text(void** tree, char (&buffer)[kSize], Names... path) {
+  xmltree_get_str(tree, "", buffer, static_cast<int>(kSize), kTop, path..., nullptr);
+}
+
+template <typename... Names>
+int read_number(void** tree, int default_value, Names... path) {
+  return xmltree_get_int(tree, default_value, kTop, path..., nullptr);
+}
+
+// `record` is zeroed.
+void read_rule(void** tree, const char* device_node, const char* filter_node, const char* rule_node,
+               rule& record) {
+  read_text(tree, record.name, device_node, filter_node, rule_node, "name");
+  record.type = read_number(tree, -1, device_node, filter_node, rule_node, "type");
+  record.enable = read_number(tree, 0, device_node, filter_node, rule_node, "enable");
+  read_text(tree, record.target, device_node, filter_node, rule_node, "target");
+  read_text(tree, record.result, device_node, filter_node, rule_node, "result");
+}
+
+void append_rules(void** tree, const char* device_node, const char* filter_node,
+                  std::vector<rule>& rules) {
+  char list[kInnerListBytes] = {};
+  read_text(tree, list, device_node, filter_node, "rule_node_list");
+  const std::vector<char*> names = orvaneip::cut_names(list);
+  rules.reserve(rules.size() + names.size());
+  for (const char* name : names) {
+    read_rule(tree, device_node, filter_node, name, rules.emplace_back());
+  }
+}
+
+int append_filters(void** tree, const char* device_node, std::vector<filter>& filters) {
+  char list[kInnerListBytes] = {};
+  read_text(tree, list, device_node, "filter_node_list");
+  const std::vector<char*> names = orvaneip::cut_names(list);
+  filters.reserve(filters.size() + names.size());
+  for (const char* name : names) {
+    filter& record = filters.emplace_back();
+    read_text(tree, record.name, device_node, name, "name");
+    record.enable = read_number(tree, 0, device_node, name, "enable");
+    append_rules(tree, device_node, name, record.rule_list);
+  }
+  return static_cast<int>(names.size());
+}
+
+void append_device(void** tree, const char* device_node, std::vector<dev_filter>& devices) {
+  dev_filter& device = devices.emplace_back();
+  const int count = append_filters(tree, device_node, device.filter_list);
+  if (count == 0) {
+    devices.pop_back();
+    return;
+  }
+  log_Debug("[libdevcfg] DevNode=[%s] Has %d filters", device_node, count);
+  read_text(tree, device.device_id, device_node, "device_id");
+}
+
+void append_devices(void** tree, std::vector<dev_filter>& devices) {
+  char list[kDeviceListBytes] = {};
+  read_text(tree, list, "device_node_list");
+  if (*list == '\0') {
+    log_Debug("[libdevcfg] There is no rules in %s", kRuleFilePath);
+    return;
+  }
+  const std::vector<char*> names = orvaneip::cut_names(list);
+  devices.reserve(names.size());
+  for (const char* name : names) {
+    append_device(tree, name, devices);
+  }
+}
+
+// The subtree under the top element `top`, null when there is none. Nothing, and a log line, when
+// the file cannot be opened.
+std::optional<void**> export_rule_file(const char* top) {
+  const orvaneip::ConfigFile file(kCfgRead, kRuleFilePath);
+  if (!file.is_open()) {
+    log_Debug("[libdevcfg] open %s fail", kRuleFilePath);
+    return std::nullopt;
+  }
+  return xmlcfg_export_xmltree(file.handle(), top, nullptr);
+}
+
+}  // namespace
+
+int devcfg_get_filter_rules_list(std::vector<dev_filter>& devices) {
+  devices.clear();
+  const auto exported = export_rule_file(kTop);
+  if (!exported) {
+    return -1;
+  }
+  const ExportedTree tree(*exported);
+  if (tree.get() == nullptr) {
+    log_Debug("[libdevcfg] export tree of %s fail", kRuleFilePath);
+    return -1;
+  }
+  append_devices(tree.get(), devices);
+  return 0;
+}
+
+int devcfg_free_filter_rules_list(std::vector<dev_filter>& devices) {
+  log_Debug("[libdevcfg] devcfg_free_filter_rules_list() free list");
+  std::vector<dev_filter>().swap(devices);
+  return 0;
+}
+
+int get_filter_rule(void** tree, char* device_node, std::vector<filter>& filters) {
+  return tree != nullptr && device_node != nullptr ? append_filters(tree, device_node, filters) : 0;
+}
+
+int get_rule_list(void** tree, char* device_node, char* filter_node, std::vector<rule>& rules) {
+  if (tree != nullptr && device_node != nullptr && filter_node != nullptr) {
+    append_rules(tree, device_node, filter_node, rules);
+  }
+  return 0;
+}
+
+int devcfg_get_filter_rule(char* device_id, dev_filter& /*device*/) {
+  char node[32];
+  std::snprintf(node, sizeof(node), "device_%03d", devcfg_get_device_node(device_id));
+  const auto exported = export_rule_file(node);
+  if (!exported) {
+    return -1;
+  }
+  const ExportedTree released(*exported);
+  return 0;
+}

@@ -1,0 +1,95 @@
+#include "devtree/builtin_devices.h"
+
+#include <optional>
+
+#include "devtree/builtin_plan.h"
+#include "devtree/config_file.h"
+#include "devtree/fixed_paths.h"
+#include "devtree/node_list.h"
+#include "platform/log_sinks.h"
+
+namespace {
+
+using orvaneip::BuiltinPlan;
+using orvaneip::ConfigFile;
+
+constexpr char kTop[] = "device";
+
+class Files {
+ public:
+  explicit Files(TCfgMode mode) : builtin_list_(mode, orvaneip::kBuiltinListPath) {
+    if (!builtin_list_.is_open()) {
+      orvane_log_debug("[libdevcfg] Builtin XML file opened failed");
+      return;
+    }
+    device_tree_.emplace(mode, orvaneip::kDeviceTreePath);
+    if (!device_tree_->is_open()) {
+      orvane_log_debug("[libdevcfg] Zelip XML file opened failed");
+    }
+  }
+
+  bool are_open() const { return device_tree_ && device_tree_->is_open(); }
+  void* builtin_list() const { return builtin_list_.handle(); }
+  void* device_tree() const { return device_tree_->handle(); }
+
+  // False when a change could not be saved.
+  bool close() {
+    const bool closed = builtin_list_.close();
+    return device_tree_->close() && closed;
+  }
+
+ private:
+  ConfigFile builtin_list_;
+  std::optional<ConfigFile> device_tree_;
+};
+
+void copy_value(const Files& files, const char* entry, const char* node, const char* key) {
+  char value[1024];
+  orvaneip::read_value(files.builtin_list(), orvaneip::kNone, value, kTop, entry, key);
+  xmlcfg_set_str(files.device_tree(), value, kTop, node, key, nullptr);
+}
+
+void add_node(const Files& files, const BuiltinAddition& addition) {
+  const std::string entry = orvaneip::entry_name(addition.entry);
+  const char* node = addition.node_name.c_str();
+  for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
+                          "install_path", "db_name"}) {
+    copy_value(files, entry.c_str(), node, key);
+  }
+  xmlcfg_set_str(files.device_tree(), "true", kTop, node, "enable", nullptr);
+}
+
+void carry_out(const BuiltinPlan& plan, const Files& files) {
+  for (const std::string& name : plan.changes.removed) {
+    xmlcfg_remove(files.device_tree(), kTop, name.c_str(), nullptr);
+  }
+  for (const BuiltinAddition& addition : plan.changes.added) {
+    add_node(files, addition);
+  }
+  xmlcfg_set_str(files.device_tree(), plan.node_list.c_str(), kTop, "device_node_list", nullptr);
+}
+
+}  // namespace
+
+int devcfg_check_builtin() {
+  Files files(kCfgChange);
+  if (!files.are_open()) {
+    return -1;
+  }
+  const BuiltinPlan plan = orvaneip::plan_builtin(files.builtin_list(), files.device_tree());
+  carry_out(plan, files);
+  return files.close() && !plan.changes.limit_reached ? 0 : -1;
+}
+
+int devcfg_preview_builtin(BuiltinChanges& changes) {
+  const Files files(kCfgRead);
+  if (!files.are_open()) {
+    return -1;
+  }
+  const BuiltinChanges found =
+      orvaneip::plan_builtin(files.builtin_list(), files.device_tree()).changes;
+  changes.removed.insert(changes.removed.end(), found.removed.begin(), found.removed.end());
+  changes.added.insert(changes.added.end(), found.added.begin(), found.added.end());
+  changes.limit_reached = found.limit_reached;
+  return found.limit_reached ? -1 : 0;
+}

@@ -1,0 +1,190 @@
+#include "devtree/builtin_plan.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <utility>
+
+#include "devtree/device_tree.h"
+#include "devtree/node_list.h"
+#include "platform/config_tree.h"
+#include "platform/log_sinks.h"
+
+namespace orvaneip {
+namespace {
+
+constexpr char kTop[] = "device";
+constexpr char kNodeList[] = "device_node_list";
+
+struct Entry {
+  std::string key;
+  std::string mark;  // empty when it reads as true
+  bool present = false;
+};
+
+Entry read_entry(void* builtin_list, int number) {
+  const std::string name = entry_name(number);
+  char key[kValueBytes];
+  read_value(builtin_list, kNone, key, kTop, name.c_str(), "qid");
+  Entry entry{key, ""};
+  if (!xmlcfg_get_bool(builtin_list, false, kTop, name.c_str(), "builtin", nullptr)) {
+    char mark[kValueBytes];
+    read_value(builtin_list, kNone, mark, kTop, name.c_str(), "builtin");
+    entry.mark = mark;
+  }
+  return entry;
+}
+
+std::vector<Entry> read_entries(void* builtin_list) {
+  const int count = xmlcfg_get_int(builtin_list, 0, kTop, "no", nullptr);
+  if (count > kMaxDeviceNodes) {
+    orvane_log_debug("[libdevcfg] %d built-in entries, those beyond %d are ignored", count,
+                     kMaxDeviceNodes);
+  }
+  std::vector<Entry> entries;
+  for (int number = 0; number < std::min(count, kMaxDeviceNodes); ++number) {
+    entries.push_back(read_entry(builtin_list, number));
+  }
+  return entries;
+}
+
+// The whole list, however long it is: a name that is cut off here would be lost from the file.
+std::string read_node_list(void* device_tree) {
+  std::string list(kNodeListBytes, '\0');
+  for (;;) {
+    xmlcfg_get_str(device_tree, kNone, list.data(), static_cast<int>(list.size()), kTop, kNodeList,
+                   nullptr);
+    const std::size_t length = std::strlen(list.c_str());
+    if (length + 1 < list.size() || list.size() > INT_MAX / 2) {
+      list.resize(length);
+      return list;
+    }
+    list.assign(2 * list.size(), '\0');
+  }
+}
+
+std::vector<std::string> read_names(void* device_tree) {
+  std::string list = read_node_list(device_tree);
+  const std::vector<char*> names = cut_names(list.data());
+  if (names.size() > kMaxDeviceNodes) {
+    orvane_log_debug("[libdevcfg] %zu node names, those beyond %d are ignored", names.size(),
+                     kMaxDeviceNodes);
+  }
+  return {names.begin(), names.end()};
+}
+
+std::string join(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) {
+    list.append(list.empty() ? "" : ",").append(name);
+  }
+  return list;
+}
+
+bool contains(const std::vector<std::string>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// Ties a node to the first entry with its key that no node has yet. False when no entry has the
+// key.
+bool tie_builtin_node(std::vector<Entry>& entries, const std::string& key) {
+  bool known = false;
+  for (Entry& entry : entries) {
+    if (entry.key == key) {
+      known = true;
+      if (!std::exchange(entry.present, true)) {
+        break;
+      }
+    }
+  }
+  return known;
+}
+
+// A node made from an entry whose mark does not read as true bears the same mark.
+void tie_marked_node(std::vector<Entry>& entries, const std::string& key, const std::string& mark) {
+  const auto made_from = std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) {
+    return !entry.present && !entry.mark.empty() && entry.mark == mark && entry.key == key;
+  });
+  if (made_from != entries.end()) {
+    made_from->present = true;
+  }
+}
+
+// True when the node stays.
+bool tie_node(void* device_tree, const std::string& name, std::vector<Entry>& entries) {
+  char key[kValueBytes];
+  read_value(device_tree, kNone, key, kTop, name.c_str(), "qid");
+  if (xmlcfg_get_bool(device_tree, false, kTop, name.c_str(), "builtin", nullptr)) {
+    return tie_builtin_node(entries, key);
+  }
+  char mark[kValueBytes];
+  read_value(device_tree, "", mark, kTop, name.c_str(), "builtin");
+  tie_marked_node(entries, key, mark);
+  return true;
+}
+
+// Takes the nodes whose entry has gone out of `names`.
+std::vector<std::string> drop_nodes(void* device_tree, std::vector<Entry>& entries,
+                                    std::vector<std::string>& names) {
+  std::vector<std::string> dropped;
+  const std::size_t looked_at = std::min<std::size_t>(names.size(), kMaxDeviceNodes);
+  for (std::size_t i = 0; i < looked_at; ++i) {
+    if (!contains(dropped, names[i]) && !tie_node(device_tree, names[i], entries)) {
+      orvane_log_debug("[libdevcfg] device_%03d need to remove",
+                       node_number(names[i]).value_or(-1));
+      dropped.push_back(names[i]);
+    }
+  }
+  std::erase_if(names, [&](const std::string& name) { return contains(dropped, name); });
+  return dropped;
+}
+
+// The first name that is not in use. There is one: fewer names than numbers are.
+std::string free_name(const std::vector<std::string>& names) {
+  int number = 0;
+  for (; contains(names, node_name(number).text); ++number) {
+    orvane_log_debug("[libdevcfg] used device node = %s", node_name(number).text);
+  }
+  return node_name(number).text;
+}
+
+bool is_full(const std::vector<std::string>& names) {
+  return std::ssize(names) - std::count(names.begin(), names.end(), kNone) >= kMaxDeviceNodes;
+}
+
+// Adds a name to `names` for each entry without a node, until they are full.
+void add_nodes(const std::vector<Entry>& entries, std::vector<std::string>& names,
+               BuiltinChanges& changes) {
+  for (int number = 0; number < std::ssize(entries); ++number) {
+    if (entries[static_cast<std::size_t>(number)].present) {
+      continue;
+    }
+    orvane_log_debug("[libdevcfg] builtin_%d need to add", number);
+    if (is_full(names)) {
+      orvane_log_debug("[libdevcfg] reach max device number");
+      changes.limit_reached = true;
+      return;
+    }
+    if (join(names) == kNone) {
+      names.clear();
+    }
+    names.push_back(free_name(names));
+    changes.added.push_back({names.back(), number});
+  }
+}
+
+}  // namespace
+
+std::string entry_name(int entry) { return "builtin_" + std::to_string(entry); }
+
+BuiltinPlan plan_builtin(void* builtin_list, void* device_tree) {
+  std::vector<Entry> entries = read_entries(builtin_list);
+  std::vector<std::string> names = read_names(device_tree);
+  BuiltinPlan plan;
+  plan.changes.removed = drop_nodes(device_tree, entries, names);
+  add_nodes(entries, names, plan.changes);
+  plan.node_list = join(names);
+  return plan;
+}
+
+}  // namespace orvaneip

@@ -1,0 +1,23 @@
+// What brings a device tree into line with a built-in list. Only reads, and logs what is to be
+// done.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "devtree/builtin_devices.h"
+
+namespace orvaneip {
+
+struct BuiltinPlan {
+  BuiltinChanges changes;
+  std::string node_list;  // as it is to be stored
+};
+
+// The trees are open handles.
+BuiltinPlan plan_builtin(void* builtin_list, void* device_tree);
+
+// "builtin_%d"
+std::string entry_name(int entry);
+
+}  // namespace orvaneip

@@ -1,0 +1,50 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "orvaneip.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+bool initial_xml_on_a_full_disk() {
+  rlimit old{};
+  getrlimit(RLIMIT_FSIZE, &old);
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit five_bytes{5, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &five_bytes);
+  const bool created = initial_xml();
+  setrlimit(RLIMIT_FSIZE, &old);
+  return created;
+}
+
+}  // namespace
+
+// One test: its steps share the one fixed path.
+TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
+  const std::string file = ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml";
+  const std::filesystem::path folder = std::filesystem::path(file).parent_path();
+  const std::vector<std::string> failed = {
+      "[libdevcfg] check_file_exist, File " + file + " not exist",
+      "[libdevcfg] initial_xml, File open error: " + file};
+  std::filesystem::remove_all(ORVANEIP_ROOT);
+  EXPECT_FALSE(initial_xml()) << "no folder";
+  EXPECT_EQ(test::take_product_log(), failed);
+  std::filesystem::create_directories(folder);
+  EXPECT_FALSE(initial_xml_on_a_full_disk());
+  EXPECT_EQ(test::read_file(file), "") << "half a declaration";
+  EXPECT_EQ(test::take_product_log(), failed);
+
+  std::filesystem::remove(file);
+  std::filesystem::create_symlink("elsewhere.xml", file);
+  EXPECT_TRUE(initial_xml()) << "a link that leads nowhere yet";
+  EXPECT_EQ(test::take_product_log(), std::vector<std::string>{failed[0]});
+  EXPECT_EQ(test::read_file(folder / "elsewhere.xml"), "<?xml version=\"1.0\"?>");
+  test::write_file(file, "<device/>");
+  EXPECT_TRUE(initial_xml());
+  EXPECT_EQ(test::read_file(file), "<device/>");
+  EXPECT_TRUE(test::take_log().empty());
+}
