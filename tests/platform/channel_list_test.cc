@@ -1,41 +1,43 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/vault_calls.h"
 
 TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
   using namespace metadata_vault;
   struct Row {
-    std::string list;
+    std::string list;  // JSON, but for the quotation marks
     int status;
   };
-  const auto channel = [](const std::string& guid, const std::string& index, const char* name) {
-    return "{\"guid\":" + guid + ",\"channel_index\":" + index + ",\"name\":" + name + "}";
-  };
-  const std::string good = channel("\"g\"", "0", "\"\"");
-  const Row kRows[] = {
+  Row rows[] = {
       {"[]", 0},
-      {"[" + good + "," + channel("\"h\"", "2147483647", "\"\"") + "]", 0},
+      {"[{'guid':'g','channel_index':0,'name':''}]", 0},
+      {"[{'guid':'g','channel_index':2147483647,'name':'n','more':[]}]", 0},
       {"", kChannelListNotArray},
-      {good, kChannelListNotArray},
+      {"{'guid':'g','channel_index':0,'name':''}", kChannelListNotArray},
       {"[null]", kChannelNotObject},
-      {"[" + good + ",[]]", kChannelNotObject},
-      {"[{\"channel_index\":0,\"name\":\"n\"}]", kChannelGuidInvalid},
-      {"[" + channel("\"\"", "0", "\"\"") + "]", kChannelGuidInvalid},
-      {"[" + channel("7", "0", "\"\"") + "]", kChannelGuidInvalid},
-      {"[" + channel("\"g\\u0000h\"", "0", "\"\"") + "]", kChannelGuidInvalid},
-      {"[{\"guid\":\"g\",\"name\":\"n\"}]", kChannelIndexInvalid},
-      {"[" + channel("\"g\"", "-1", "\"\"") + "]", kChannelIndexInvalid},
-      {"[" + channel("\"g\"", "\"1\"", "\"\"") + "]", kChannelIndexInvalid},
-      {"[" + channel("\"g\"", "1.0", "\"\"") + "]", kChannelIndexInvalid},
-      {"[" + channel("\"g\"", "2147483648", "\"\"") + "]", kChannelIndexInvalid},
-      {"[" + channel("\"g\"", "18446744073709551615", "\"\"") + "]", kChannelIndexInvalid},
-      {"[{\"guid\":\"g\",\"channel_index\":1}]", kChannelNameInvalid},
-      {"[" + channel("\"g\"", "0", "null") + "]", kChannelNameInvalid},
-      {"[" + channel("\"g\"", "0", "\"\\u0000\"") + "]", kChannelNameInvalid},
-      {"[" + good + "," + channel("\"g\"", "1", "\"\"") + "]", kChannelGuidRepeated},
-      {"[" + good + "," + channel("\"h\"", "0", "\"\"") + "]", kChannelIndexRepeated},
+      {"[{'guid':'g','channel_index':0,'name':''},[]]", kChannelNotObject},
+      {"[{'channel_index':0,'name':''}]", kChannelGuidInvalid},
+      {"[{'guid':'','channel_index':0,'name':''}]", kChannelGuidInvalid},
+      {"[{'guid':7,'channel_index':0,'name':''}]", kChannelGuidInvalid},
+      {"[{'guid':'g\\u0000h','channel_index':0,'name':''}]", kChannelGuidInvalid},
+      {"[{'guid':'g','name':''}]", kChannelIndexInvalid},
+      {"[{'guid':'g','channel_index':-1,'name':''}]", kChannelIndexInvalid},
+      {"[{'guid':'g','channel_index':'1','name':''}]", kChannelIndexInvalid},
+      {"[{'guid':'g','channel_index':1.0,'name':''}]", kChannelIndexInvalid},
+      {"[{'guid':'g','channel_index':2147483648,'name':''}]", kChannelIndexInvalid},
+      {"[{'guid':'g','channel_index':18446744073709551615,'name':''}]", kChannelIndexInvalid},
+      {"[{'guid':'g','channel_index':1}]", kChannelNameInvalid},
+      {"[{'guid':'g','channel_index':1,'name':null}]", kChannelNameInvalid},
+      {"[{'guid':'g','channel_index':1,'name':'\\u0000'}]", kChannelNameInvalid},
+      {"[{'guid':'g','channel_index':1,'name':''},{'guid':'g','channel_index':2,'name':''}]",
+       kChannelGuidRepeated},
+      {"[{'guid':'g','channel_index':1,'name':''},{'guid':'h','channel_index':1,'name':''}]",
+       kChannelIndexRepeated},
   };
-  for (const Row& row : kRows) {
+  for (Row& row : rows) {
+    std::replace(row.list.begin(), row.list.end(), '\'', '"');
     EXPECT_EQ(check_channel_list_valid(test::Json(row.list)), row.status) << row.list;
   }
 }

@@ -78,16 +78,15 @@ void in_six_processes(const std::function<int(int)>& work) {
 
 // Adds and renames data sources until it is killed; tells each change that was acknowledged.
 int change_until_killed(int round, int pipe_end) {
-  for (int number = 0;; ++number) {
-    const std::string id = std::to_string(round) + "-" + std::to_string(number % 3);
-    std::string told = id + "=" + id + "\n";
-    const int added = number < 3 ? add(id) : 0;
-    bool is_told = number >= 3 || write(pipe_end, told.data(), told.size()) > 0;
-    const std::string newer = "/" + std::to_string(1000 + number);
-    const int renamed = rename(id, id + newer);
-    told.insert(told.size() - 1, newer);
-    is_told = write(pipe_end, told.data(), told.size()) > 0 && is_told;
-    if (added != 0 || renamed != 0 || !is_told) {
+  const auto tell = [&](const std::string& id, const std::string& name) {
+    const std::string line = id + '=' + name + '\n';
+    return write(pipe_end, line.data(), line.size()) > 0;
+  };
+  for (int number = 1000;; ++number) {
+    const std::string id = std::to_string(round) + '-' + std::to_string(number % 3);
+    const std::string name = id + '/' + std::to_string(number);
+    const bool added = number >= 1003 || (add(id) == 0 && tell(id, id));
+    if (!added || rename(id, name) != 0 || !tell(id, name)) {
       return 1;
     }
   }
