@@ -11,23 +11,32 @@
 //    open at once; changes are in the file once xmlcfg_close has returned true.
 //
 // The embedded platform:
-//  - A value is the text of the element at the path; the first element of a name counts. Comments,
-//    unknown elements and their order survive a save. What XML cannot carry as text (control
-//    characters, broken UTF-8) is stored in an encoded form that says so; all else reads as plain
-//    XML for other programs too.
-//  - Not opened (null and a log line), and so never overwritten: a file that is missing, cannot be
-//    read, is malformed, has a document type, is larger than 64 MiB, or is nested deeper than 256
-//    elements. A file that is empty or holds just the XML declaration is an empty tree.
+//  - A value is the text of the element at the path; the first element of a name counts. An element
+//    without text has the empty value. In an element that holds more than plain text (elements,
+//    comments, CDATA sections), blanks around the text are layout and no part of the value. Storing
+//    replaces the text and nothing else.
+//  - Values stand in the file as plain XML for other programs too. What XML cannot carry (control
+//    characters, broken UTF-8) is stored in Base64, its element marked encoding="base64".
+//  - What is not changed is saved as it was read: comments, unknown elements, attributes, order,
+//    line ends, indentation. New elements follow the layout of their neighbours. Only spacing
+//    inside of tags and the kind of quotation marks are not kept.
+//  - Not opened (null and one log line), and so never overwritten: a file that is missing, cannot
+//  be
+//    read (to be changed: written) or is no regular file; that is not well-formed XML 1.0 in UTF-8;
+//    that has a document type, is larger than 64 MiB, or is nested deeper than 256 elements. A file
+//    that holds no element yet, be it empty or just the XML declaration, is an empty tree.
 //  - A path whose top element is not the file's own finds nothing and stores nothing; an empty tree
-//    takes the first top element that is stored. An element name that XML does not allow stores
-//    nothing. Both are logged when storing.
-//  - A handle opened for change holds an advisory lock on the file PATH.lock until it is closed;
-//  the
-//    wait for it ends after 10 seconds, and then the open fails. A reader takes no lock and never
-//    writes: it sees the old file or the new one.
-//  - A save writes a new file in the same folder, synchronises it, replaces the old one in one step
-//    and synchronises the folder; mode and owner are kept. Nothing is written when nothing changed.
-//    A save that fails leaves the old file as it is and a log line.
+//    takes the first top element that is stored. An element name that XML does not allow, or with a
+//    colon, is not created. A path holds at most 256 names. Refusals to store are logged.
+//  - A handle opened for change holds an advisory lock on the file PATH.lock, which is created with
+//    the file's permissions and stays, until it is closed; the wait for it ends after 10 seconds,
+//    and then the open fails. A reader takes no lock and never writes: it sees the old file or the
+//    new one.
+//  - A save writes the new file PATH.saving, synchronises it, replaces the old one in one step and
+//    synchronises the folder; mode and owner are kept. Nothing is written when nothing changed. A
+//    save that fails leaves the old file as it is and a log line; so does one that would pass
+//    64 MiB, and one that cannot give the new file the old one's owner.
+//  - Of a symbolic link, the file that it leads to is locked and replaced, and the link stays.
 // Log lines of the embedded tree carry the tag "[cfgtree]".
 #pragma once
 
@@ -41,7 +50,7 @@ enum TCfgMode { kCfgRead = 0, kCfgChange = 1 };
 ORVANEIP_API void* xmlcfg_open(TCfgMode mode, const char* path);
 
 // Saves what was changed when `save` is true, and releases the handle (null is left alone). False
-// when the save failed.
+// when the save failed, and only then.
 ORVANEIP_API bool xmlcfg_close(void* handle, bool save);
 
 // Copies the value at the path into `buffer`. True when there was one, false for the default.
@@ -57,15 +66,17 @@ ORVANEIP_API int xmlcfg_get_int(void* handle, int default_value, ...);
 ORVANEIP_API bool xmlcfg_get_bool(void* handle, bool default_value, ...);
 
 // Stores the value at the path, creating the elements that do not exist. False when it was not
-// stored: a handle opened to read, a name that is not allowed, another top element.
+// stored, and then nothing is changed: a handle opened to read, a name that is not allowed, another
+// top element, a null value.
 ORVANEIP_API bool xmlcfg_set_str(void* handle, const char* value, ...);
 
-// Removes the element at the path with everything under it. True when there was one.
+// Removes the element at the path with everything under it. True when there was one and the handle
+// was opened for change.
 ORVANEIP_API bool xmlcfg_remove(void* handle, ...);
 
 // A read-only copy of the subtree at the path, which stays valid after the handle is closed; null
-// on failure. Its own name is the first element of every path into it. Released with
-// xmltree_destroy.
+// on failure. Its own name is the first element of every path into it. Any number of threads may
+// read it at once. Released with xmltree_destroy.
 ORVANEIP_API void** xmlcfg_export_xmltree(void* handle, ...);
 
 // As xmlcfg_get_str and xmlcfg_get_int. A null tree finds nothing.

@@ -35,6 +35,7 @@ bool remove_from(soci::session& sql, const std::string& event_id) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface has it so
 int aevt_remove_event(std::string event_id) {
   const std::string path = orvaneplatform::event_file_path();
   if (const int error = orvaneplatform::create_vault_file(path); error != 0) {

@@ -167,7 +167,7 @@ TEST_F(ConfigTree, ValuesReadBackWhateverIsStoredAround) {
       "<?xml version=\"1.0\"?>\r\n<r>\r\n\t<a>q<a/></a>\r\n</r>\r\n<!--e-->",
       "<r>\n <a> one <b/> two </a>\n <b><![CDATA[<x>]]> </b>\n</r>"};
   const std::string kPieces[] = {" ", "\n", "\r", "x", "<", "&", ">", "\x01", "\xC3\xA9", "]]>"};
-  std::mt19937 random(7);  // NOLINT(cert-msc51-cpp): the same run every time
+  std::mt19937 random(7);
   const auto below = [&random](std::size_t limit) { return random() % limit; };
   std::map<Path, std::string> model;
   const auto change = [&](Tree& tree) {

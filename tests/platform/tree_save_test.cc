@@ -70,7 +70,7 @@ int count_nodes(const std::string& file) {
 
 int add_nodes(const std::string& file, int writer, int count) {
   for (int i = 0; i < count; ++i) {
-    if (!add_node(file, "w" + std::to_string(writer) + "_" + std::to_string(i))) {
+    if (!add_node(file, std::string("w").append(std::to_string(writer * 1'000'000 + i)))) {
       return 1;
     }
   }
@@ -114,7 +114,7 @@ TEST_F(TreeSave, AKilledWriterLeavesAWholeFileAndNoLock) {
     kill(writer, SIGKILL);
     ASSERT_EQ(test::wait_for(writer), -SIGKILL);
     const auto start = std::chrono::steady_clock::now();
-    ASSERT_TRUE(add_node(file_, "after_" + std::to_string(round)));
+    ASSERT_TRUE(add_node(file_, std::string("after").append(std::to_string(round))));
     EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(5'000));
     const int count = count_nodes(file_);
     EXPECT_GT(count, before);
