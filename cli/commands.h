@@ -14,5 +14,6 @@ void add_filter_commands(CLI::App& app);       // filters/: filters show|set
 void add_camera_commands(CLI::App& app);       // cameras/: camera removed|renamed
 void add_tree_commands(CLI::App& app);         // tree/: tree init|nodes|find|show|add|...
 void add_rule_commands(CLI::App& app);         // rules/: rules list|apply
+void add_text_commands(CLI::App& app);         // text/: filter-text search metadata
 
 }  // namespace devcfg

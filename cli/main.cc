@@ -45,6 +45,7 @@ void describe(CLI::App& app) {
   devcfg::add_camera_commands(app);
   devcfg::add_tree_commands(app);
   devcfg::add_rule_commands(app);
+  devcfg::add_text_commands(app);
 }
 
 // Without a setting texts would be shown as bytes: the vault's are UTF-8.

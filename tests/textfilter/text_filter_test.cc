@@ -52,7 +52,7 @@ class GuardedText {
   std::vector<char> bytes_;
 };
 
-std::string filter(const Rules& rules, const std::string& text, FilterReport& report,
+std::string filter_text(const Rules& rules, const std::string& text, FilterReport& report,
                    std::size_t capacity = 16'384) {
   GuardedText buffer(text, capacity);
   do_filtering_bounded(rules, buffer.data(), capacity, report);
@@ -67,7 +67,7 @@ bool agrees_with_steps(const Rules& rules, const std::string& text, std::size_t 
   const bench::LiteralOutcome steps = bench::filter_literally(rules, expected.data(), capacity);
   FilterReport report;
   test::take_log();
-  const std::string filtered = filter(rules, text, report, capacity);
+  const std::string filtered = filter_text(rules, text, report, capacity);
   const FilterOutcome outcome = steps.met_capacity         ? kFilterCapacity
                                 : steps.limit_messages > 0 ? kFilterPassLimit
                                                            : kFilterFinished;
@@ -135,7 +135,7 @@ TEST(TextFilter, Table) {
       rules.push_back(make_rule(target, result));
     }
     FilterReport report;
-    EXPECT_EQ(filter(rules, row.text, report), row.filtered);
+    EXPECT_EQ(filter_text(rules, row.text, report), row.filtered);
     EXPECT_EQ(report.passes, row.passes) << row.text;
     EXPECT_EQ(report.outcome, row.messages > 0 ? kFilterPassLimit : kFilterFinished) << row.text;
     EXPECT_EQ(test::take_log(), Log(row.messages, kLimitMessage)) << row.text;

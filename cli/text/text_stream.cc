@@ -1,0 +1,86 @@
+#include "cli/text/text_stream.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <iterator>
+
+#include "cli/refusal.h"
+
+namespace devcfg {
+namespace {
+
+// Replacements of one call at most, but for one more of each rule.
+constexpr std::size_t kReplacements = 1000;
+
+std::size_t longest_growth(const std::vector<rule>& rules) {
+  std::size_t longest = 0;
+  for (const rule& each : rules) {
+    longest = std::max(longest, strnlen(each.result, kRuleTextBytes));
+  }
+  return (kReplacements + rules.size()) * longest;
+}
+
+void write_all(const char* bytes, std::size_t size) {
+  if (std::fwrite(bytes, 1, size, stdout) != size) {
+    throw Refusal("standard output cannot be written");
+  }
+}
+
+void require_whole_input() {
+  if (std::cin.bad()) {
+    throw Refusal("standard input cannot be read");
+  }
+}
+
+}  // namespace
+
+TextStream::TextStream(std::vector<rule> rules)
+    : rules_(std::move(rules)), longest_growth_(longest_growth(rules_)), hits_(rules_.size()) {
+  std::ios::sync_with_stdio(false);
+}
+
+void TextStream::filter_lines() {
+  for (std::string line; std::getline(std::cin, line);) {
+    write_filtered(line);
+    if (!std::cin.eof()) {
+      write_all("\n", 1);
+    }
+  }
+  require_whole_input();
+}
+
+void TextStream::filter_whole() {
+  const std::string text(std::istreambuf_iterator<char>(std::cin), {});
+  require_whole_input();
+  write_filtered(text);
+}
+
+void TextStream::write_filtered(const std::string& text) {
+  ++texts_;
+  if (text.find('\0') != std::string::npos) {
+    throw Refusal("text " + std::to_string(texts_) + " holds a NUL byte; texts are NUL-terminated");
+  }
+  const std::size_t capacity = text.size() + longest_growth_ + 1;
+  if (buffer_.size() < capacity) {
+    buffer_.resize(capacity);
+  }
+  std::memcpy(buffer_.data(), text.c_str(), text.size() + 1);
+  const FilterOutcome outcome =
+      do_filtering_bounded(rules_, buffer_.data(), buffer_.size(), report_);
+  limited_texts_ += outcome == kFilterPassLimit ? 1 : 0;
+  for (std::size_t i = 0; i < hits_.size(); ++i) {
+    hits_[i] += report_.replacements[i];
+  }
+  write_all(buffer_.data(), std::strlen(buffer_.data()));
+}
+
+void TextStream::print_hits() const {
+  std::fprintf(stderr, "%10s  rule\n", "hits");
+  for (std::size_t i = 0; i < rules_.size(); ++i) {
+    std::fprintf(stderr, "%10zu  \"%s\" -> \"%s\"\n", hits_[i], rules_[i].target, rules_[i].result);
+  }
+}
+
+}  // namespace devcfg
