@@ -18,7 +18,7 @@
 //  6. Out-parameters are written only on the paths that the declaration names: set them before the
 //     call. Lists are appended to, never emptied first.
 //  7. Ownership. Arguments stay the caller's. A returned json_object is released with
-//     json_object_put.
+//     json_object_put, a returned table_info with devcfg_del_tb_info.
 //  8. Exceptions. None but those of the standard library when memory is exhausted.
 //  9. Log. Failures are told in the log of the platform (platform/log_sinks.h), there is no other
 //     output.
@@ -36,12 +36,22 @@
 #include "foundation/logging.h"
 #include "foundation/result_codes.h"
 #include "foundation/split.h"
+#include "foundation/sqlite.h"
 #include "foundation/time_zone.h"
+#include "platform/command_runner.h"
 #include "platform/config_tree.h"
 #include "platform/event_service.h"
 #include "platform/export.h"
 #include "platform/log_sinks.h"
+#include "platform/platform_layer.h"
 #include "platform/vault_status.h"
+#include "schema/compare_schema.h"
+#include "schema/load_schema.h"
+#include "schema/table_info.h"
+#include "schema/update_table.h"
+#include "service/frame_search.h"
+#include "service/packet.h"
+#include "service/service_commands.h"
 #include "textfilter/event_hooks.h"
 #include "textfilter/like_patterns.h"
 #include "textfilter/metadata_remove.h"
@@ -56,3 +66,4 @@
 #include "vault/list_devices.h"
 #include "vault/lookups.h"
 #include "vault/modify_device.h"
+#include "vault/net_info.h"

@@ -46,6 +46,10 @@ void describe(CLI::App& app) {
   devcfg::add_tree_commands(app);
   devcfg::add_rule_commands(app);
   devcfg::add_text_commands(app);
+  devcfg::add_schema_commands(app);
+  devcfg::add_service_commands(app);
+  devcfg::add_frame_commands(app);
+  devcfg::add_net_commands(app);
 }
 
 // Without a setting texts would be shown as bytes: the vault's are UTF-8.
@@ -57,15 +61,18 @@ void choose_locale() {
 }
 
 int run(CLI::App& app, int argc, char** argv) {
+  int status = 0;
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (app.exit(error) != 0) {
       return kWrongUsage;
     }
+  } catch (const devcfg::NegativeAnswer&) {
+    status = kFailed;
   }
   devcfg::finish_output();
-  return 0;
+  return status;
 }
 
 }  // namespace

@@ -8,6 +8,10 @@
 
 namespace devcfg {
 
+// Thrown by a command that has printed what it was asked, when that is also an answer of "no": exit
+// status 1 without a message.
+struct NegativeAnswer {};
+
 class Refusal : public std::runtime_error {
  public:
   // `reason` in words, without a final stop.

@@ -28,6 +28,9 @@ void keep(bool debug, const char* format, va_list arguments) {
 }
 
 std::string without_line(const std::string& text) {
+  if (text.find("](") == std::string::npos) {
+    return text;
+  }
   static const std::regex kLine(R"(^(\[[^\]]*\]\((?:\w+[:,])?)\d+\))");
   return std::regex_replace(text, kLine, "$1N)");
 }

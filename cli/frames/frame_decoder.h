@@ -1,0 +1,35 @@
+// The frames of a stream that may hold damage.
+#pragma once
+
+#include <cstddef>
+
+#include "cli/frames/byte_streams.h"
+
+namespace devcfg {
+
+// Takes the frames out of bytes as they arrive, writes their payloads to standard output and tells
+// skipped bytes on standard error.
+class FrameDecoder {
+ public:
+  FrameDecoder(std::size_t payload_max, bool hex) : payload_max_(payload_max), hex_(hex) {}
+
+  // All of standard input, each frame as soon as it is whole.
+  void run();
+
+  std::size_t skipped_bytes() const { return skipped_bytes_; }
+
+ private:
+  void take_frames(bool ended);
+  void write_frame(const unsigned char* frame, std::size_t frame_bytes);
+  void report_gap();
+
+  std::size_t payload_max_;
+  bool hex_;
+  Bytes kept_;
+  std::size_t needed_bytes_ = 0;   // of kept_, before a search can find more
+  std::size_t offset_ = 0;         // in the stream, of what is searched next
+  std::size_t gap_bytes_ = 0;      // skipped just before offset_
+  std::size_t skipped_bytes_ = 0;  // in all
+};
+
+}  // namespace devcfg

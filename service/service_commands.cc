@@ -1,0 +1,50 @@
+#include "service/service_commands.h"
+
+#include "platform/command_runner.h"
+#include "platform/log_sinks.h"
+
+namespace {
+
+constexpr char kServiceScript[] = ORVANEIP_ROOT "/etc/init.d/Kmetadatad.sh";
+constexpr char kDeviceManager[] = ORVANEIP_ROOT "/usr/bin/kdevmgmt";
+
+// For the log: the path as it is on a device.
+const char* bare(const char* path) { return path + sizeof(ORVANEIP_ROOT) - 1; }
+
+// -1 when the command did not exit.
+int exit_code(int status) {
+  const bool has_exited = (status & 0x7F) == 0;
+  return has_exited ? status >> 8 & 0xFF : -1;
+}
+
+int run(const char* path, const char* argument) {
+  const int code = exit_code(vorn_exec(0, 0, 0, path, argument, static_cast<char*>(nullptr)));
+  if (code < 0) {
+    orvane_log_debug("[libdevcfg] System command error: %s %s", bare(path), argument);
+  }
+  return code;
+}
+
+int run_for_device(const char* argument, const char* device_id) {
+  if (device_id == nullptr || *device_id == '\0') {
+    orvane_log_debug("[libdevcfg] %s %s: no device identifier", bare(kDeviceManager), argument);
+    return -1;
+  }
+  const int code = exit_code(
+      vorn_exec(0, 0, 0, kDeviceManager, argument, device_id, static_cast<char*>(nullptr)));
+  if (code < 0) {
+    orvane_log_debug("[libdevcfg] System command error: %s %s %s", bare(kDeviceManager), argument,
+                     device_id);
+  }
+  return code;
+}
+
+}  // namespace
+
+int devcfg_restart_all() { return run(kServiceScript, "restart"); }
+
+int devcfg_dev_reload_all() { return run(kDeviceManager, "dev_reload_all"); }
+
+int devcfg_dev_load(char* device_id) { return run_for_device("dev_load", device_id); }
+
+int devcfg_dev_unload(char* device_id) { return run_for_device("dev_unload", device_id); }

@@ -1,0 +1,113 @@
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+
+#include <deque>
+#include <filesystem>
+
+#include "orvaneip.h"
+#include "platform/embedded/host_settings.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+constexpr unsigned int kUp = IFF_UP | IFF_RUNNING;
+
+struct Entry : ifaddrs {
+  sockaddr_storage address{};
+
+  Entry(unsigned int flags, int family, const char* text) : ifaddrs{} {
+    ifa_flags = flags;
+    ifa_addr = text != nullptr ? reinterpret_cast<sockaddr*>(&address) : nullptr;
+    address.ss_family = static_cast<sa_family_t>(family);
+    if (family == AF_INET) {
+      inet_pton(family, text, &reinterpret_cast<sockaddr_in&>(address).sin_addr);
+    } else if (family == AF_INET6) {
+      inet_pton(family, text, &reinterpret_cast<sockaddr_in6&>(address).sin6_addr);
+    }
+  }
+};
+
+std::deque<Entry> interfaces;
+bool listing_fails = false;
+int open_lists = 0;
+
+}  // namespace
+
+// The platform asks this program for the interfaces.
+extern "C" __attribute__((visibility("default"))) int getifaddrs(ifaddrs** list) noexcept {
+  *list = nullptr;
+  for (auto entry = interfaces.rbegin(); entry != interfaces.rend(); ++entry) {
+    entry->ifa_next = *list;
+    *list = &*entry;
+  }
+  open_lists += listing_fails ? 0 : 1;
+  return listing_fails ? -1 : 0;
+}
+
+extern "C" __attribute__((visibility("default"))) void freeifaddrs(ifaddrs*) noexcept {
+  --open_lists;
+}
+
+TEST(HostInformation, ListsUsefulAddressesIpv4First) {
+  interfaces.emplace_back(kUp | IFF_LOOPBACK, AF_INET, "127.0.0.1");
+  interfaces.emplace_back(kUp, AF_PACKET, "");
+  interfaces.emplace_back(kUp, AF_UNSPEC, nullptr);
+  interfaces.emplace_back(kUp, AF_INET6, "2001:db8::17");
+  interfaces.emplace_back(kUp, AF_INET, "192.168.1.10");
+  interfaces.emplace_back(0, AF_INET, "10.9.9.9");
+  interfaces.emplace_back(kUp, AF_INET6, "fe80::1");
+  interfaces.emplace_back(kUp, AF_INET, "10.0.0.5");
+  interfaces.emplace_back(kUp | IFF_LOOPBACK, AF_INET6, "::1");
+  interfaces.emplace_back(kUp, AF_INET6, "fd00::2");
+  t_system_share_addr answer;
+  answer.ip_list = "of an earlier call";
+  EXPECT_EQ(PAL_system_get_share_addr({}, {}, answer), 0);
+  EXPECT_EQ(answer.ip_list, "192.168.1.10,10.0.0.5,2001:db8::17,fd00::2");
+  EXPECT_EQ(open_lists, 0);
+  listing_fails = true;
+  EXPECT_NE(PAL_system_get_share_addr({}, {}, answer), 0);
+}
+
+// The sources of the host information are built into this program, with a root of its own.
+TEST(HostInformation, ReadsPortsFromTheSettingsFile) {
+  const std::string folder = ORVANEIP_ROOT "/etc/orvane";
+  std::filesystem::remove_all(ORVANEIP_ROOT);
+  listing_fails = false;
+  const auto ports = [] {
+    t_system_share_addr share;
+    t_network_app_info app;
+    PAL_system_get_share_addr({}, {}, share);
+    PAL_network_get_app_info({}, {}, app);
+    return std::vector{share.share_value_1, share.share_value_2, app.app_value};
+  };
+  test::take_log();
+  EXPECT_EQ(ports(), (std::vector{80, 443, 8080}));
+  EXPECT_TRUE(test::take_log().empty());
+  std::filesystem::create_directories(folder);
+  test::write_file(folder + "/host.conf", "http_port = 8000\nhttps_port = 8443\napp_port = 9000");
+  EXPECT_EQ(ports(), (std::vector{8000, 8443, 9000}));
+  test::write_file(folder + "/host.conf", "http_port=1\n" + std::string(70'000, '#'));
+  EXPECT_EQ(ports(), (std::vector{80, 443, 8080}));
+  EXPECT_EQ(test::take_log().size(), 2U);
+}
+
+TEST(HostSettings, KeepTheDefaultForEveryLineThatIsNone) {
+  const std::pair<const char*, int> kRead[] = {{"", 80},
+                                               {"http_port=8000", 8000},
+                                               {"# p\n\n \thttp_port \t=  8000 # web\r\n", 8000},
+                                               {"http_port = 1\nhttp_port = 65535\n", 65535}};
+  test::take_log();
+  for (const auto& [text, port] : kRead) {
+    EXPECT_EQ(orvaneplatform::parse_host_settings(text, "F").http_port, port) << text;
+  }
+  EXPECT_TRUE(test::take_log().empty());
+  for (const std::string line :
+       {"http_port = 0", "http_port = 65536", "http_port = 99999999999", "http_port = 80a",
+        "http_port = -1", "http_port =", "http_port", "= 8000", "HTTP_PORT = 8000", "oops"}) {
+    EXPECT_EQ(orvaneplatform::parse_host_settings("\n" + line, "F").http_port, 80);
+    EXPECT_EQ(test::take_product_log(), std::vector{"[hostinfo] F, line 2 is ignored: " + line});
+  }
+}
