@@ -50,29 +50,41 @@ class Search {
   }
 
  private:
+  // Most rules of a search are enabled and do not apply: for them this costs a comparison.
   int try_rule(const rule& tried) {
+    if (tried.enable == 0 || !is_known(tried.type)) {
+      tell_passed_over(tried);
+      return kNoRule;
+    }
+    if (tried.type == kReplace) {
+      clear_output();
+    }
+    return std::strcmp(tried.target, text_) == 0 ? apply(tried) : kNoRule;
+  }
+
+  static bool is_known(std::int32_t type) { return type >= kReplace && type <= kBreakLine; }
+
+  void tell_passed_over(const rule& tried) const {
     if (tried.enable == 0) {
       log_Debug(
           "DevId=[%s],RuleName=[%s], Type=[%d], enable=[%d],target=[%s],Result=[%s]. This rule is "
           "disabled.",
           device_id_, tried.name, tried.type, tried.enable, tried.target, tried.result);
-      return kNoRule;
-    }
-    switch (tried.type) {
-      case kReplace:
-        clear_output();
-        return applies(tried) ? write(tried.result, 1) : kNoRule;
-      case kRecognise:
-        return applies(tried) ? 2 : kNoRule;
-      case kBreakLine:
-        return applies(tried) ? write("\r\n", 3) : kNoRule;
-      default:
-        log_Debug("[libdevcfg] pchDevId=[%s],unknown type=[%d]", device_id_, tried.type);
-        return kNoRule;
+    } else {
+      log_Debug("[libdevcfg] pchDevId=[%s],unknown type=[%d]", device_id_, tried.type);
     }
   }
 
-  bool applies(const rule& tried) const { return std::strcmp(tried.target, text_) == 0; }
+  int apply(const rule& found) {
+    switch (found.type) {
+      case kReplace:
+        return write(found.result, 1);
+      case kRecognise:
+        return 2;
+      default:
+        return write("\r\n", 3);
+    }
+  }
 
   // Once is enough: until a rule applies nothing else writes.
   void clear_output() {
@@ -118,7 +130,9 @@ int devcfg_match_filters(const char* text, char* output, int output_size_bytes,
   return kNoRule;
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the copy is the interface's
 int devcfg_do_filtering(char* text, int /*text_length*/, char* output, int output_size_bytes,
                         char* device_id, std::vector<dev_filter> devices) {
   return devcfg_match_filters(text, output, output_size_bytes, device_id, devices);
 }
+// NOLINTEND(performance-unnecessary-value-param)

@@ -41,8 +41,10 @@ std::vector<Entry> read_entries(void* builtin_list) {
     orvane_log_debug("[libdevcfg] %d built-in entries, those beyond %d are ignored", count,
                      kMaxDeviceNodes);
   }
+  const int read = std::clamp(count, 0, kMaxDeviceNodes);
   std::vector<Entry> entries;
-  for (int number = 0; number < std::min(count, kMaxDeviceNodes); ++number) {
+  entries.reserve(static_cast<std::size_t>(read));
+  for (int number = 0; number < read; ++number) {
     entries.push_back(read_entry(builtin_list, number));
   }
   return entries;
