@@ -162,7 +162,7 @@ Filtering near_miss() {
 // Results that overlap with what is around them, the longest ones.
 template <std::size_t kSize>
 Filtering long_overlaps() {
-  const std::string target = std::string(kRuleTextBytes - 2, 'a') + "b";
+  const std::string target = std::string(kRuleTextBytes - 3, 'a') + "b";
   std::string text;
   while (text.size() < kSize) {
     text += std::string(kRuleTextBytes, 'a') + "bc";

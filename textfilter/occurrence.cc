@@ -1,6 +1,5 @@
 #include "textfilter/occurrence.h"
 
-#include <cstdint>
 #include <cstring>
 
 #ifdef __SSE2__
@@ -12,115 +11,97 @@ namespace {
 
 #ifdef __SSE2__
 
-// Looks at 32 places at once for the target's first, second and last byte: text that often begins
-// as the target does slows it down less than it does strstr, and it does not end at a NUL.
-class PlaceFilter {
- public:
-  // A target of two bytes or more.
-  explicit PlaceFilter(std::string_view target)
-      : first_(_mm_set1_epi8(target[0])),
-        second_(_mm_set1_epi8(target[1])),
-        last_(_mm_set1_epi8(target.back())),
-        distance_(target.size() - 1) {}
+constexpr std::size_t kPlaces = 32;  // that candidates() looks at
 
-  // One bit for each of the places from `text` where the target may be.
-  std::uint32_t candidates(const char* text) const {
-    const __m128i low = matches(text);
-    const __m128i high = matches(text + 16);
-    if (_mm_movemask_epi8(_mm_or_si128(low, high)) == 0) {
-      return 0;
-    }
-    return bits(low) | bits(high) << 16;
-  }
+__m128i load(const char* bytes) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
 
-  static constexpr std::size_t kPlaces = 32;
+unsigned bits(__m128i mask) {
+  return static_cast<unsigned>(_mm_movemask_epi8(mask));
+}
 
- private:
-  static __m128i load(const char* bytes) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-  }
-  static std::uint32_t bits(__m128i mask) {
-    return static_cast<std::uint32_t>(_mm_movemask_epi8(mask));
-  }
-
-  __m128i matches(const char* text) const {
-    return _mm_and_si128(_mm_and_si128(_mm_cmpeq_epi8(load(text), first_),
-                                       _mm_cmpeq_epi8(load(text + distance_), last_)),
-                         _mm_cmpeq_epi8(load(text + 1), second_));
-  }
-
-  __m128i first_;
-  __m128i second_;
-  __m128i last_;
-  std::size_t distance_;
-};
+__m128i equal(const char* left, const char* right) {
+  return _mm_cmpeq_epi8(load(left), load(right));
+}
 
 #else
 
-// Looks at one place at a time.
-class PlaceFilter {
- public:
-  explicit PlaceFilter(std::string_view target) : first_(target[0]) {}
-
-  std::uint32_t candidates(const char* text) const { return *text == first_ ? 1 : 0; }
-
-  static constexpr std::size_t kPlaces = 1;
-
- private:
-  char first_;
-};
+constexpr std::size_t kPlaces = 1;
 
 #endif
 
-bool is_at(const char* place, std::string_view target) {
-  return std::memcmp(place, target.data(), target.size()) == 0;
+}  // namespace
+
+TargetSearch::Repeated::Repeated(char byte) {
+  std::memset(bytes, byte, sizeof(bytes));
 }
 
-const char* find_from(const char* place, const char* end, std::string_view target) {
-  return static_cast<const char*>(
-      memmem(place, static_cast<std::size_t>(end - place), target.data(), target.size()));
+TargetSearch::TargetSearch(std::string_view target)
+    : target_(target),
+      first_(target.front()),
+      second_(target[target.size() > 1 ? 1 : 0]),
+      last_(target.back()) {}
+
+const char* TargetSearch::find_in(std::string_view text) const {
+  if (text.size() < target_.size()) {
+    return nullptr;
+  }
+  if (target_.size() == 1) {
+    return static_cast<const char*>(std::memchr(text.data(), target_.front(), text.size()));
+  }
+  return find_by_candidates(text);
+}
+
+inline bool TargetSearch::is_at(const char* place) const {
+  return std::memcmp(place, target_.data(), target_.size()) == 0;
+}
+
+// One bit for each of kPlaces places where the target may be. Three of its bytes are looked at:
+// text that often begins as the target does slows this down less than it does strstr.
+inline unsigned TargetSearch::candidates(const char* place) const {
+#ifdef __SSE2__
+  const std::size_t distance = target_.size() - 1;
+  const auto matches = [&](const char* places) {
+    return _mm_and_si128(
+        _mm_and_si128(equal(places, first_.bytes), equal(places + 1, second_.bytes)),
+        equal(places + distance, last_.bytes));
+  };
+  const __m128i low = matches(place);
+  const __m128i high = matches(place + 16);
+  return bits(_mm_or_si128(low, high)) == 0 ? 0 : bits(low) | bits(high) << 16;
+#else
+  return *place == target_.front() ? 1 : 0;
+#endif
 }
 
 // Comparing at the candidates is quick where they are few. Where they cost more than the text that
 // was passed by, memmem goes on, which is slower and linear for every text.
-const char* find_by_candidates(std::string_view text, std::string_view target) {
-  const PlaceFilter filter(target);
+const char* TargetSearch::find_by_candidates(std::string_view text) const {
   const char* place = text.data();
   const char* const end = text.data() + text.size();
   std::size_t credit = 4096;
-  std::size_t left = text.size() - target.size() + 1;
-  for (; left >= PlaceFilter::kPlaces;
-       left -= PlaceFilter::kPlaces, place += PlaceFilter::kPlaces) {
-    for (std::uint32_t bits = filter.candidates(place); bits != 0; bits &= bits - 1) {
-      const char* candidate = place + __builtin_ctz(bits);
-      if (is_at(candidate, target)) {
+  std::size_t left = text.size() - target_.size() + 1;
+  for (; left >= kPlaces; left -= kPlaces, place += kPlaces) {
+    for (unsigned found = candidates(place); found != 0; found &= found - 1) {
+      const char* candidate = place + __builtin_ctz(found);
+      if (is_at(candidate)) {
         return candidate;
       }
-      if (credit < target.size()) {
-        return find_from(place, end, target);
+      if (credit < target_.size()) {
+        return static_cast<const char*>(
+            memmem(place, static_cast<std::size_t>(end - place), target_.data(), target_.size()));
       }
-      credit -= target.size();
+      credit -= target_.size();
     }
-    credit += PlaceFilter::kPlaces;
+    credit += kPlaces;
   }
   for (; left > 0; --left, ++place) {
-    if (*place == target.front() && is_at(place, target)) {
+    if (*place == target_.front() && is_at(place)) {
       return place;
     }
   }
   return nullptr;
-}
-
-}  // namespace
-
-const char* find_occurrence(std::string_view text, std::string_view target) {
-  if (text.size() < target.size()) {
-    return nullptr;
-  }
-  if (target.size() == 1) {
-    return static_cast<const char*>(std::memchr(text.data(), target.front(), text.size()));
-  }
-  return find_by_candidates(text, target);
 }
 
 }  // namespace orvaneip

@@ -1,4 +1,4 @@
-// The search for an occurrence.
+// The search for the occurrences of a target.
 #pragma once
 
 #include <cstddef>
@@ -6,8 +6,30 @@
 
 namespace orvaneip {
 
-// The first occurrence of `target`, which is not empty, in `text`, or null. Linear in the text,
-// whatever the two are.
-const char* find_occurrence(std::string_view text, std::string_view target);
+class TargetSearch {
+ public:
+  // The target is not empty, and stays the caller's.
+  explicit TargetSearch(std::string_view target);
+
+  // The first occurrence in `text`, or null. Linear in the text, whatever the two are.
+  const char* find_in(std::string_view text) const;
+
+ private:
+  // Bytes of the target that are looked for at many places at once, each as often as a vector
+  // register holds.
+  struct Repeated {
+    explicit Repeated(char byte);
+    alignas(16) char bytes[16];
+  };
+
+  const char* find_by_candidates(std::string_view text) const;
+  unsigned candidates(const char* place) const;
+  bool is_at(const char* place) const;
+
+  std::string_view target_;
+  Repeated first_;
+  Repeated second_;
+  Repeated last_;
+};
 
 }  // namespace orvaneip

@@ -16,7 +16,8 @@ namespace {
 struct Pair {
   explicit Pair(const rule& applied)
       : target(applied.target, strnlen(applied.target, kRuleTextBytes - 1)),
-        result(applied.result, strnlen(applied.result, kRuleTextBytes - 1)) {}
+        result(applied.result, strnlen(applied.result, kRuleTextBytes - 1)),
+        search(target) {}
 
   bool grows() const { return result.size() > target.size(); }
   std::size_t growth() const { return grows() ? result.size() - target.size() : 0; }
@@ -24,6 +25,7 @@ struct Pair {
 
   std::string_view target;
   std::string_view result;
+  TargetSearch search;
 };
 
 // How many replacements the capacity has room for.
@@ -83,7 +85,7 @@ Rewriting Places::collect(const Pair& pair, const BoundedText& text, const char*
     if (count == limit) {
       return {RewriteEnd::kLimit, count};
     }
-    place = find_occurrence(rest, pair.target);
+    place = pair.search.find_in(rest);
   }
   return {RewriteEnd::kNoOccurrence, count};
 }
@@ -134,7 +136,7 @@ Rewriting rewrite_places(const Pair& pair, const char* first, std::size_t limit,
 Rewriting replace_in(GapText& gap, const Pair& pair, std::size_t limit, std::size_t room) {
   std::size_t count = 0;
   for (const char* place = gap.back().data(); place != nullptr;
-       place = find_occurrence(gap.back(), pair.target)) {
+       place = pair.search.find_in(gap.back())) {
     if (count == room) {
       return {RewriteEnd::kCapacity, count};
     }
@@ -170,7 +172,7 @@ Rewriting rewrite_gap(const Pair& pair, const char* first, std::size_t limit, Bo
 
 Rewriting rewrite(const rule& applied, std::size_t limit, BoundedText& text) {
   const Pair pair(applied);
-  const char* first = find_occurrence(text.from(0), pair.target);
+  const char* first = pair.search.find_in(text.from(0));
   if (first == nullptr) {
     return {RewriteEnd::kNoOccurrence, 0};
   }

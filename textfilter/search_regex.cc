@@ -86,10 +86,11 @@ bool is_escaped(const std::string& text, std::size_t place) {
 }
 
 // The place of the first «|.*|» from `start` on, or the output's size.
-std::size_t find_middle(const std::string& output, std::size_t start) {
+std::size_t find_middle(const orvaneip::TargetSearch& middle, const std::string& output,
+                        std::size_t start) {
   const std::string_view rest = std::string_view(output).substr(start);
   for (const char *place = rest.data(), *end = place + rest.size();; ++place) {
-    place = orvaneip::find_occurrence({place, static_cast<std::size_t>(end - place)}, kMiddle);
+    place = middle.find_in({place, static_cast<std::size_t>(end - place)});
     if (place == nullptr) {
       return output.size();
     }
@@ -104,10 +105,11 @@ std::size_t find_middle(const std::string& output, std::size_t start) {
 // left, so one pass does it; what is between two removals is moved once, when the second one is
 // reached, and the log is given the two pieces of the output.
 void remove_middle_alternatives(std::string& output) {
+  const orvaneip::TargetSearch middle(kMiddle);
   std::size_t done = 0;  // bytes of the new text, in place
   std::size_t rest = 0;  // where what follows them is
-  for (std::size_t place = find_middle(output, 0); place < output.size();
-       place = find_middle(output, rest)) {
+  for (std::size_t place = find_middle(middle, output, 0); place < output.size();
+       place = find_middle(middle, output, rest)) {
     orvane_log_debug("[libzelip](%s:%d) tmp_str = [%s]\n", kName, __LINE__, kMiddle.data());
     std::memmove(output.data() + done, output.data() + rest, place - rest);
     done += place - rest;
