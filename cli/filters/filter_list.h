@@ -11,7 +11,7 @@
 namespace devcfg {
 
 // Bytes of a target or a result that filtering takes; it would cut the rest of a longer one.
-inline constexpr std::size_t kFilterTextBytes = 4095;
+inline constexpr std::size_t kFilterTextBytes = kRuleTextBytes - 1;
 
 // Reads a filter list that stands at `where` ("": the document itself), as the library would store
 // it: a missing "type" is 0, a missing text empty. Everything else that is not a list of {"type":
