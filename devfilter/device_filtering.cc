@@ -1,7 +1,6 @@
 #include "devfilter/device_filtering.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "platform/log_sinks.h"
@@ -94,8 +93,13 @@ class Search {
     }
   }
 
+  // Up to output size less 2 characters and a terminator.
   int write(const char* replacement, int result) {
-    std::snprintf(output_, output_size_ - 1, "%s", replacement);
+    if (output_size_ > 1) {
+      const std::size_t length = strnlen(replacement, output_size_ - 2);
+      std::memcpy(output_, replacement, length);
+      output_[length] = '\0';
+    }
     return result;
   }
 
