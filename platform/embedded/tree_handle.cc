@@ -138,7 +138,7 @@ bool TreeHandle::save() {
   if (!changed_) {
     return true;
   }
-  const std::string text = tree_text(tree_->document, tree_->byte_order_mark);
+  const std::string text = tree_text(*tree_);
   if (text.size() > kMaxFileBytes) {
     orvane_log_debug("[cfgtree] saving %s failed: it would be larger than 64 MiB", path_.c_str());
     return false;

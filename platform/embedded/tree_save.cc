@@ -13,6 +13,8 @@
 namespace orvaneplatform {
 namespace {
 
+constexpr std::size_t kExpectedGrowthBytes = 4096;
+
 class TextWriter : public pugi::xml_writer {
  public:
   void write(const void* data, std::size_t size_bytes) override {
@@ -22,7 +24,8 @@ class TextWriter : public pugi::xml_writer {
   std::string text;
 };
 
-// Attributes stand in the tree as in the file; all are written between double quotation marks.
+// Attributes stand in the tree as in the file; all are written between double quotation marks. They
+// can hold one only in a file that has the other kind as well.
 class QuoteEscaper : public pugi::xml_tree_walker {
  public:
   bool for_each(pugi::xml_node& node) override {
@@ -91,14 +94,17 @@ int write_and_rename(const std::string& name, const std::string& path, std::stri
 
 }  // namespace
 
-std::string tree_text(pugi::xml_document& document, bool byte_order_mark) {
-  QuoteEscaper escaper;
-  document.traverse(escaper);
+std::string tree_text(TreeFile& tree) {
+  if (tree.original.find('\'') != std::string::npos) {
+    QuoteEscaper escaper;
+    tree.document.traverse(escaper);
+  }
   TextWriter writer;
-  document.save(writer, "",
-                pugi::format_raw | pugi::format_no_escapes | pugi::format_no_declaration |
-                    (byte_order_mark ? pugi::format_write_bom : 0U),
-                pugi::encoding_utf8);
+  writer.text.reserve(tree.original.size() + kExpectedGrowthBytes);
+  tree.document.save(writer, "",
+                     pugi::format_raw | pugi::format_no_escapes | pugi::format_no_declaration |
+                         (tree.byte_order_mark ? pugi::format_write_bom : 0U),
+                     pugi::encoding_utf8);
   return std::move(writer.text);
 }
 

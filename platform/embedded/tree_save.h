@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/embedded/tree_file.h"
+
 namespace orvaneplatform {
 
 // The document as the bytes of its file. Quotation marks in its attributes become references.
-std::string tree_text(pugi::xml_document& document, bool byte_order_mark);
+std::string tree_text(TreeFile& tree);
 
 // Replaces the file at `path`, which is no symbolic link, by one of these bytes, durably and in one
 // step: PATH.saving is written, synchronised and renamed, and the folder synchronised. `old` gives
