@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/frames/byte_streams.h"
 #include "cli/frames/frame_decoder.h"
+#include "cli/output.h"
 #include "cli/refusal.h"
 
 namespace devcfg {
@@ -35,8 +36,8 @@ void decode(std::size_t payload_max, bool hex) {
   FrameDecoder decoder(payload_max, hex);
   decoder.run();
   if (decoder.skipped_bytes() > 0) {
-    throw Refusal("the stream is damaged, skipped bytes in all: " +
-                  std::to_string(decoder.skipped_bytes()));
+    throw Refusal("the stream is damaged: " + counted(decoder.skipped_bytes(), "byte") +
+                  " skipped");
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "cli/output.h"
 #include "orvaneip.h"
 
 namespace devcfg {
@@ -41,7 +42,8 @@ void FrameDecoder::write_frame(const unsigned char* frame, std::size_t frame_byt
   const unsigned char* const payload = frame + kFrameHeaderBytes;
   const std::size_t payload_bytes = frame_bytes - kFrameOverheadBytes;
   if (hex_) {
-    std::printf("frame at offset %zu, payload bytes: %zu\n", offset_, payload_bytes);
+    std::printf("frame at offset %zu, payload of %s\n", offset_,
+                counted(payload_bytes, "byte").c_str());
     write_hex_view(payload, payload_bytes);
   } else {
     write_bytes(payload, payload_bytes);
@@ -50,8 +52,8 @@ void FrameDecoder::write_frame(const unsigned char* frame, std::size_t frame_byt
 
 void FrameDecoder::report_gap() {
   if (gap_bytes_ > 0) {
-    std::fprintf(stderr, "devcfg: no whole frame at offset %zu, skipped bytes: %zu\n",
-                 offset_ - gap_bytes_, gap_bytes_);
+    std::fprintf(stderr, "devcfg: skipped %s at offset %zu\n", counted(gap_bytes_, "byte").c_str(),
+                 offset_ - gap_bytes_);
   }
   skipped_bytes_ += gap_bytes_;
   gap_bytes_ = 0;

@@ -55,14 +55,14 @@ TEST(DevcfgFrame, EncodesAndDecodesStreams) {
             "0\n00000000  f8 03 00 00 00 01 41 42 84 f9                    |......AB..|\n");
   EXPECT_EQ(run("frame,decode", ""), "0\n");
   EXPECT_EQ(run("frame,decode,--hex", "ab" + frame + "c"),
-            "1\nframe at offset 2, payload bytes: 3\n"
+            "1\nframe at offset 2, payload of 3 bytes\n"
             "00000000  01 41 42                                         |.AB|\n"
-            "devcfg: no whole frame at offset 0, skipped bytes: 2\n"
-            "devcfg: no whole frame at offset 12, skipped bytes: 1\n"
-            "devcfg: the stream is damaged, skipped bytes in all: 3\n");
+            "devcfg: skipped 2 bytes at offset 0\n"
+            "devcfg: skipped 1 byte at offset 12\n"
+            "devcfg: the stream is damaged: 3 bytes skipped\n");
   EXPECT_EQ(run("frame,decode,--payload-max,2", frame),
-            "1\ndevcfg: no whole frame at offset 0, skipped bytes: 10\n"
-            "devcfg: the stream is damaged, skipped bytes in all: 10\n");
+            "1\ndevcfg: skipped 10 bytes at offset 0\n"
+            "devcfg: the stream is damaged: 10 bytes skipped\n");
   for (const std::size_t size : {0U, 65536U, 65537U, 3000000U}) {
     const std::string large(size, '\xF8');
     const std::string made = test::run(ORVANEIP_DEVCFG, {"frame", "encode"}, large).output;
