@@ -1,43 +1,33 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <regex>
 
 #include "tests/support/vault_calls.h"
 
 TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
   using namespace metadata_vault;
-  struct Row {
-    std::string list;  // JSON, but for the quotation marks
-    int status;
+  // G, I and N stand for the names of the three members.
+  const std::pair<int, std::vector<std::string>> kRows[] = {
+      {0, {"[]", "[{G'g',I0,N''}]", "[{G'g',I2147483647,N'n','more':[]}]"}},
+      {kChannelListNotArray, {"", "{G'g',I0,N''}"}},
+      {kChannelNotObject, {"[null]", "[{G'g',I0,N''},[]]"}},
+      {kChannelGuidInvalid,
+       {"[{I0,N''}]", "[{G'',I0,N''}]", "[{G7,I0,N''}]", "[{G'g\\u0000h',I0,N''}]"}},
+      {kChannelIndexInvalid,
+       {"[{G'g',N''}]", "[{G'g',I-1,N''}]", "[{G'g',I'1',N''}]", "[{G'g',I1.0,N''}]",
+        "[{G'g',I2147483648,N''}]", "[{G'g',I18446744073709551615,N''}]"}},
+      {kChannelNameInvalid, {"[{G'g',I1}]", "[{G'g',I1,Nnull}]", "[{G'g',I1,N'\\u0000'}]"}},
+      {kChannelGuidRepeated, {"[{G'g',I1,N''},{G'g',I2,N''}]"}},
+      {kChannelIndexRepeated, {"[{G'g',I1,N''},{G'h',I1,N''}]"}},
   };
-  Row rows[] = {
-      {"[]", 0},
-      {"[{'guid':'g','channel_index':0,'name':''}]", 0},
-      {"[{'guid':'g','channel_index':2147483647,'name':'n','more':[]}]", 0},
-      {"", kChannelListNotArray},
-      {"{'guid':'g','channel_index':0,'name':''}", kChannelListNotArray},
-      {"[null]", kChannelNotObject},
-      {"[{'guid':'g','channel_index':0,'name':''},[]]", kChannelNotObject},
-      {"[{'channel_index':0,'name':''}]", kChannelGuidInvalid},
-      {"[{'guid':'','channel_index':0,'name':''}]", kChannelGuidInvalid},
-      {"[{'guid':7,'channel_index':0,'name':''}]", kChannelGuidInvalid},
-      {"[{'guid':'g\\u0000h','channel_index':0,'name':''}]", kChannelGuidInvalid},
-      {"[{'guid':'g','name':''}]", kChannelIndexInvalid},
-      {"[{'guid':'g','channel_index':-1,'name':''}]", kChannelIndexInvalid},
-      {"[{'guid':'g','channel_index':'1','name':''}]", kChannelIndexInvalid},
-      {"[{'guid':'g','channel_index':1.0,'name':''}]", kChannelIndexInvalid},
-      {"[{'guid':'g','channel_index':2147483648,'name':''}]", kChannelIndexInvalid},
-      {"[{'guid':'g','channel_index':18446744073709551615,'name':''}]", kChannelIndexInvalid},
-      {"[{'guid':'g','channel_index':1}]", kChannelNameInvalid},
-      {"[{'guid':'g','channel_index':1,'name':null}]", kChannelNameInvalid},
-      {"[{'guid':'g','channel_index':1,'name':'\\u0000'}]", kChannelNameInvalid},
-      {"[{'guid':'g','channel_index':1,'name':''},{'guid':'g','channel_index':2,'name':''}]",
-       kChannelGuidRepeated},
-      {"[{'guid':'g','channel_index':1,'name':''},{'guid':'h','channel_index':1,'name':''}]",
-       kChannelIndexRepeated},
-  };
-  for (Row& row : rows) {
-    std::replace(row.list.begin(), row.list.end(), '\'', '"');
-    EXPECT_EQ(check_channel_list_valid(test::Json(row.list)), row.status) << row.list;
+  for (const auto& [status, lists] : kRows) {
+    for (std::string list : lists) {
+      for (const auto& [letter, text] :
+           {std::pair("G", "'guid':"), std::pair("N", "'name':"),
+            std::pair("I", "'channel_index':"), std::pair("'", "\"")}) {
+        list = std::regex_replace(list, std::regex(letter), text);
+      }
+      EXPECT_EQ(check_channel_list_valid(test::Json(list)), status) << list;
+    }
   }
 }

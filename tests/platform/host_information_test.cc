@@ -3,7 +3,7 @@
 #include <ifaddrs.h>
 #include <net/if.h>
 
-#include <deque>
+#include <cstddef>
 #include <filesystem>
 
 #include "orvaneip.h"
@@ -20,17 +20,25 @@ struct Entry : ifaddrs {
 
   Entry(unsigned int flags, int family, const char* text) : ifaddrs{} {
     ifa_flags = flags;
-    ifa_addr = text != nullptr ? reinterpret_cast<sockaddr*>(&address) : nullptr;
+    ifa_addr = family != AF_UNSPEC ? reinterpret_cast<sockaddr*>(&address) : nullptr;
     address.ss_family = static_cast<sa_family_t>(family);
-    if (family == AF_INET) {
-      inet_pton(family, text, &reinterpret_cast<sockaddr_in&>(address).sin_addr);
-    } else if (family == AF_INET6) {
-      inet_pton(family, text, &reinterpret_cast<sockaddr_in6&>(address).sin6_addr);
-    }
+    inet_pton(family, text,
+              reinterpret_cast<char*>(&address) + (family == AF_INET
+                                                       ? offsetof(sockaddr_in, sin_addr)
+                                                       : offsetof(sockaddr_in6, sin6_addr)));
   }
 };
 
-std::deque<Entry> interfaces;
+Entry interfaces[] = {{kUp | IFF_LOOPBACK, AF_INET, "127.0.0.1"},
+                      {kUp, AF_PACKET, ""},
+                      {kUp, AF_UNSPEC, ""},
+                      {kUp, AF_INET6, "2001:db8::17"},
+                      {kUp, AF_INET, "192.168.1.10"},
+                      {0, AF_INET, "10.9.9.9"},
+                      {kUp, AF_INET6, "fe80::1"},
+                      {kUp, AF_INET, "10.0.0.5"},
+                      {kUp | IFF_LOOPBACK, AF_INET6, "::1"},
+                      {kUp, AF_INET6, "fd00::2"}};
 bool listing_fails = false;
 int open_lists = 0;
 
@@ -38,10 +46,9 @@ int open_lists = 0;
 
 // The platform asks this program for the interfaces.
 extern "C" __attribute__((visibility("default"))) int getifaddrs(ifaddrs** list) noexcept {
-  *list = nullptr;
-  for (auto entry = interfaces.rbegin(); entry != interfaces.rend(); ++entry) {
-    entry->ifa_next = *list;
-    *list = &*entry;
+  *list = interfaces;
+  for (Entry& entry : interfaces) {
+    entry.ifa_next = &entry + 1 != std::end(interfaces) ? &entry + 1 : nullptr;
   }
   open_lists += listing_fails ? 0 : 1;
   return listing_fails ? -1 : 0;
@@ -52,16 +59,6 @@ extern "C" __attribute__((visibility("default"))) void freeifaddrs(ifaddrs*) noe
 }
 
 TEST(HostInformation, ListsUsefulAddressesIpv4First) {
-  interfaces.emplace_back(kUp | IFF_LOOPBACK, AF_INET, "127.0.0.1");
-  interfaces.emplace_back(kUp, AF_PACKET, "");
-  interfaces.emplace_back(kUp, AF_UNSPEC, nullptr);
-  interfaces.emplace_back(kUp, AF_INET6, "2001:db8::17");
-  interfaces.emplace_back(kUp, AF_INET, "192.168.1.10");
-  interfaces.emplace_back(0, AF_INET, "10.9.9.9");
-  interfaces.emplace_back(kUp, AF_INET6, "fe80::1");
-  interfaces.emplace_back(kUp, AF_INET, "10.0.0.5");
-  interfaces.emplace_back(kUp | IFF_LOOPBACK, AF_INET6, "::1");
-  interfaces.emplace_back(kUp, AF_INET6, "fd00::2");
   t_system_share_addr answer;
   answer.ip_list = "of an earlier call";
   EXPECT_EQ(PAL_system_get_share_addr({}, {}, answer), 0);
@@ -69,13 +66,13 @@ TEST(HostInformation, ListsUsefulAddressesIpv4First) {
   EXPECT_EQ(open_lists, 0);
   listing_fails = true;
   EXPECT_NE(PAL_system_get_share_addr({}, {}, answer), 0);
+  listing_fails = false;
 }
 
 // The sources of the host information are built into this program, with a root of its own.
 TEST(HostInformation, ReadsPortsFromTheSettingsFile) {
-  const std::string folder = ORVANEIP_ROOT "/etc/orvane";
+  const std::string folder = ORVANEIP_ROOT "/etc/orvane/";
   std::filesystem::remove_all(ORVANEIP_ROOT);
-  listing_fails = false;
   const auto ports = [] {
     t_system_share_addr share;
     t_network_app_info app;
@@ -87,9 +84,9 @@ TEST(HostInformation, ReadsPortsFromTheSettingsFile) {
   EXPECT_EQ(ports(), (std::vector{80, 443, 8080}));
   EXPECT_TRUE(test::take_log().empty());
   std::filesystem::create_directories(folder);
-  test::write_file(folder + "/host.conf", "http_port = 8000\nhttps_port = 8443\napp_port = 9000");
+  test::write_file(folder + "host.conf", "http_port = 8000\nhttps_port = 8443\napp_port = 9000");
   EXPECT_EQ(ports(), (std::vector{8000, 8443, 9000}));
-  test::write_file(folder + "/host.conf", "http_port=1\n" + std::string(70'000, '#'));
+  test::write_file(folder + "host.conf", "http_port=1\n" + std::string(70'000, '#'));
   EXPECT_EQ(ports(), (std::vector{80, 443, 8080}));
   EXPECT_EQ(test::take_log().size(), 2U);
 }
