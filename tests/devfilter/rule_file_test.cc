@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
+#include <regex>
+#include <tuple>
 
 #include "orvaneip.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/config_files.h"
 
 namespace {
-
-using Lines = std::vector<std::string>;
 
 // The records in short: "DEVICE(FILTER:ENABLE[RULE:TYPE:ENABLE ...] ...)".
 std::string shown(const std::vector<dev_filter>& devices) {
@@ -28,61 +27,49 @@ std::string shown(const std::vector<dev_filter>& devices) {
   return text.str();
 }
 
-// Without the root before the path.
-Lines debug_log() {
-  Lines log = test::take_debug_log();
-  for (std::string& line : log) {
-    if (const std::size_t path = line.find("/etc/config/"); path != std::string::npos) {
-      const std::size_t root = line.find('/');
-      line.erase(root, path - root);
-    }
+// In one line, without the tags and the root before the path.
+std::string log_line() {
+  std::string text;
+  for (const std::string& line : test::take_debug_log()) {
+    text += (text.empty() ? "" : "; ") + line.substr(line.find(']') + 2);
   }
-  return log;
+  return std::regex_replace(text, std::regex("/[^ ]*(/etc/config)"), "$1");
 }
 
 }  // namespace
 
 TEST(RuleFile, Table) {
-  const std::string cut_before_the_last_f =
-      "device_node_list=d;d/filter_node_list=f," + std::string(506, 'g') + ",f,f;d/f/name=F";
-  struct Row {
-    std::string values;
-    std::string records;
-    Lines log;
-  };
-  const Row kRows[] = {
-      {"other=", "", {"[libdevcfg] There is no rules in /etc/config/kfilter.xml"}},
-      {"device_node_list=", "", {"[libdevcfg] There is no rules in /etc/config/kfilter.xml"}},
+  const std::tuple<std::string, std::string, std::string> kRows[] = {
+      {"device_node_list=", "", "There is no rules in /etc/config/kfilter.xml"},
       // Devices without filters are left out.
-      {"device_node_list=d,e;d/device_id=D;e/filter_node_list=,,", "", {}},
+      {"device_node_list=d,e;d/device_id=D;e/filter_node_list=,,", "", ""},
       // Absent values, a filter without rules, order and repetition.
       {"device_node_list=,e,,d,d,;d/device_id=D;d/filter_node_list=f;e/filter_node_list=g,f;"
        "e/f/name=F;e/f/enable=-3;e/f/rule_node_list=r,,s,r,;e/f/r/name=R;e/f/r/type=2;"
        "e/f/r/enable=1;e/f/s/enable=9",
        "(:0[]F:-3[R:2:1 :-1:9 R:2:1 ])D(:0[])D(:0[])",
-       {"[libdevcfg] DevNode=[e] Has 2 filters", "[libdevcfg] DevNode=[d] Has 1 filters",
-        "[libdevcfg] DevNode=[d] Has 1 filters"}},
-      {cut_before_the_last_f, "(F:0[]:0[]F:0[])", {"[libdevcfg] DevNode=[d] Has 3 filters"}},
-  };
+       "DevNode=[e] Has 2 filters; DevNode=[d] Has 1 filters; DevNode=[d] Has 1 filters"},
+      // Cut before the last f.
+      {"device_node_list=d;d/filter_node_list=f," + std::string(506, 'g') + ",f,f;d/f/name=F",
+       "(F:0[]:0[]F:0[])", "DevNode=[d] Has 3 filters"}};
   const test::ConfigFiles files;
-  for (const Row& row : kRows) {
-    test::write_tree(files.rule_file(), "filter", row.values);
+  for (const auto& [values, records, log] : kRows) {
+    test::write_tree(files.rule_file(), "filter", values);
     std::vector<dev_filter> devices(3);
     test::take_log();
     EXPECT_EQ(devcfg_get_filter_rules_list(devices), 0);
-    EXPECT_EQ(shown(devices), row.records);
-    EXPECT_EQ(debug_log(), row.log);
+    EXPECT_EQ(shown(devices), records);
+    EXPECT_EQ(log_line(), log);
     devcfg_free_filter_rules_list(devices);
     EXPECT_TRUE(devices.empty());
-    EXPECT_EQ(debug_log(), Lines{"[libdevcfg] devcfg_free_filter_rules_list() free list"});
+    EXPECT_EQ(log_line(), "devcfg_free_filter_rules_list() free list");
   }
 }
 
 TEST(RuleFile, TextsRoundTripAndAreCutToTheirFields) {
   const test::ConfigFiles files;
-  const std::string fits(4000, 'x');
   const std::string too_long(5000, 'y');
-  for (const std::string text : {" ", "\r\n", "<&>\"'", fits.c_str(), too_long.c_str()}) {
+  for (const std::string text : {" ", "\r\n", "<&>\"'", too_long.c_str()}) {
     test::write_tree(files.rule_file(), "filter",
                      "device_node_list=d;d/filter_node_list=f;d/f/rule_node_list=r;d/device_id=" +
                          text + ";d/f/name=" + text + ";d/f/r/name=" + text +
@@ -92,11 +79,10 @@ TEST(RuleFile, TextsRoundTripAndAreCutToTheirFields) {
     const filter& read = devices.at(0).filter_list.at(0);
     EXPECT_EQ(devices[0].device_id, text.substr(0, 255));
     EXPECT_EQ(read.name, text.substr(0, 255));
-    rule expected{};
+    rule expected{"", -1, 0, "", ""};
     text.copy(expected.name, 255);
     text.copy(expected.target, 4095);
     text.copy(expected.result, 4095);
-    expected.type = -1;
     EXPECT_EQ(std::memcmp(&read.rule_list.at(0), &expected, sizeof(rule)), 0);
   }
 }
@@ -105,46 +91,33 @@ TEST(RuleFile, TheStepsAppend) {
   const test::ConfigFiles files;
   test::write_tree(files.rule_file(), "filter",
                    "d/filter_node_list=a, b;d/a/rule_node_list=r,s;d/b/name=not this one");
-  const test::Tree file(files.rule_file());
-  void** tree = xmlcfg_export_xmltree(file.handle, "filter", nullptr);
-  ASSERT_NE(tree, nullptr);
+  void** tree = xmlcfg_export_xmltree(test::Tree(files.rule_file()).handle, "filter", nullptr);
   char device[] = "d";
   char name[] = "a";
   std::vector<filter> filters(1);
   std::vector<rule> rules(1);
   EXPECT_EQ(get_filter_rule(tree, device, filters), 2);
-  ASSERT_EQ(filters.size(), 3U);
-  EXPECT_STREQ(filters[2].name, "") << "the blank belongs to the node's name";
+  EXPECT_STREQ(filters.at(2).name, "") << "the blank belongs to the node's name";
   EXPECT_EQ(get_rule_list(tree, device, name, rules), 0);
   EXPECT_EQ(rules.size(), 3U);
-  EXPECT_EQ(get_filter_rule(nullptr, device, filters) + get_rule_list(nullptr, device, name, rules),
-            0);
   xmltree_destroy(tree);
 }
 
 TEST(RuleFile, Failures) {
-  const Lines not_opened = {"[libdevcfg] open /etc/config/kfilter.xml fail"};
   const test::ConfigFiles files;
   std::vector<dev_filter> devices(2);
   dev_filter device{"as it was", {}};
   char id[] = "X";
   test::take_log();
   EXPECT_EQ(devcfg_get_filter_rules_list(devices), -1);
-  EXPECT_TRUE(devices.empty());
-  EXPECT_EQ(debug_log(), not_opened);
   EXPECT_EQ(devcfg_get_filter_rule(id, device), -1);
-  EXPECT_EQ(debug_log(), not_opened);
-
+  EXPECT_EQ(log_line(), "open /etc/config/kfilter.xml fail; open /etc/config/kfilter.xml fail");
   test::write_tree(files.rule_file(), "device_004", "filter_node_list=f");
   devices.resize(2);
   EXPECT_EQ(devcfg_get_filter_rules_list(devices), -1);
   EXPECT_TRUE(devices.empty());
-  EXPECT_EQ(debug_log(), Lines{"[libdevcfg] export tree of /etc/config/kfilter.xml fail"});
+  EXPECT_EQ(log_line(), "export tree of /etc/config/kfilter.xml fail");
 
   EXPECT_EQ(devcfg_get_filter_rule(id, device), 0) << "an unknown device";
-  test::write_tree(files.device_tree(), "device",
-                   "device_node_list=device_004;device_004/device_id=X");
-  EXPECT_EQ(devcfg_get_filter_rule(id, device), 0);
   EXPECT_STREQ(device.device_id, "as it was");
-  EXPECT_TRUE(device.filter_list.empty());
 }

