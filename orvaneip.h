@@ -4,8 +4,9 @@
 //  1. No state. There is no initialisation and no shutdown; every function may be called at any
 //     time, opens what it needs and releases it before it returns.
 //  2. Threads. Any two calls may run at once, as long as they do not share an argument that either
-//     writes. Changes of the same data source from several threads or processes each take effect
-//     whole, in some order; a look before a change (does the name exist?) is a step of its own.
+//     writes. Single changes of a store take effect whole, in some order; a call that looks before
+//     it changes (is the name free? what are the other fields?) does so in separate steps, so who
+//     changes the same data source from two places at once has to serialise that.
 //  3. Results. A function's declaration names its family: 0 or -1; a result code of
 //     foundation/result_codes.h or a status of platform/vault_status.h; a pointer or null; true or
 //     false. devcfg_result_text gives the meaning of a code in words.

@@ -36,7 +36,8 @@ int vault_version(soci::session& sql) {
 bool is_empty(soci::session& sql) {
   int tables = 0;
   sql << "SELECT count(*) FROM sqlite_master", soci::into(tables);
-  return tables == 0 && int_pragma(sql, "user_version") == 0;
+  return tables == 0 && int_pragma(sql, "user_version") == 0 &&
+         int_pragma(sql, "application_id") == 0;
 }
 
 // SOCI takes a bare path, unless it holds a "=": then "key=value" pairs, whose values may stand

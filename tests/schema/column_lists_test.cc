@@ -1,88 +1,132 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include "orvaneip.h"
+#include "tests/support/bare_sqlite.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/columns.h"
+#include "tests/support/temp_folder.h"
 
 namespace {
 
-using test::Columns;
 using test::make_columns;
 using test::Texts;
+using Lines = std::vector<std::string>;
 
-// `count` columns with texts of the longest length.
+// `count` columns, up to 900, with texts of the longest length.
 Texts long_texts(int count) {
   Texts texts;
   for (int i = 0; i < count; ++i) {
-    const std::string number = std::to_string(i);
-    texts.emplace_back(number + std::string(127 - number.size(), 'n'), std::string(127, 't'));
+    texts.emplace_back(std::string(124, 'n') + std::to_string(100 + i), std::string(127, 't'));
   }
   return texts;
 }
 
-Columns compare(const Columns& current, const Columns& wanted, int* count) {
-  return Columns(devcfg_compare_table_schema(current.get(), wanted.get(), count));
-}
+class UpdateTable : public testing::Test {
+ protected:
+  UpdateTable() {
+    EXPECT_EQ(bare_.exec("CREATE TABLE t(a INT)"), 0);
+    test::take_log();
+  }
+
+  int update(const Texts& texts, std::string table = "t") {
+    return devcfg_update_table(make_columns(texts).get(), table.data(), path_.data());
+  }
+  std::string statement() const {
+    return *bare_.query("SELECT sql FROM sqlite_master WHERE name='t'")->at(0, 0);
+  }
+
+  test::TempFolder folder_;
+  std::string path_ = folder_.file("a.db");
+  test::BareSqlite bare_{path_};
+};
 
 }  // namespace
 
+// The library asks this program to sleep.
+extern "C" __attribute__((visibility("default"))) int usleep(useconds_t) { return 0; }
+
 TEST(ColumnLists, HaveRoomForEveryColumn) {
   EXPECT_EQ(test::texts_of(*make_columns(long_texts(500))), long_texts(500));
-  table_info info{7, nullptr, nullptr};
+  const test::Columns columns(static_cast<table_info*>(std::calloc(1, sizeof(table_info))));
+  devcfg_init_tb_info(columns.get(), -3);
+  EXPECT_EQ(columns->col_count, 0);
   devcfg_init_tb_info(nullptr, 3);
   devcfg_del_tb_info(nullptr);
-  devcfg_init_tb_info(&info, -3);
-  EXPECT_EQ(info.col_count, 0);
-  std::free(info.col_name);
-  std::free(info.col_type);
 }
 
-TEST(ColumnLists, CompareByNameAlone) {
-  struct Row {
-    Texts current;
-    Texts wanted;
-    Texts found;
+TEST(ColumnLists, CompareByNameAloneOrRefuseWhatWouldNotFit) {
+  const std::string kInvalid = "A column list is missing or not valid";
+  // The current and the wanted columns, the result and the message.
+  const std::tuple<Texts, Texts, Texts, std::string> kRows[] = {
+      {{}, {{"c", "INT"}, {"a", ""}}, {{"c", "INT"}, {"a", ""}}, ""},
+      {{{"a", "INT"}}, {{"A", "INT"}, {"a", "TEXT"}}, {{"A", "INT"}}, ""},
+      {{{"b", "X"}, {"old", ""}}, {{"a", ""}, {"b", ""}, {"c", ""}}, {{"a", ""}, {"c", ""}}, ""},
+      {{}, long_texts(128), long_texts(128), ""},
+      {{}, long_texts(129), {}, "More than 128 new columns"},
+      {{{std::string(128, 'n'), "INT"}}, {}, {}, kInvalid},
+      {{}, {{"a", std::string(128, 't')}}, {}, kInvalid},
   };
-  const Row kRows[] = {
-      {{{"a", "INT"}, {"b", "TEXT"}}, {{"a", "INT"}, {"b", "TEXT"}}, {}},
-      {{}, {{"c", "INT"}, {"a", ""}, {"b", "X"}}, {{"c", "INT"}, {"a", ""}, {"b", "X"}}},
-      {{{"a", "INT"}}, {{"A", "INT"}, {"a", "TEXT"}}, {{"A", "INT"}}},
-      {{{"b", "X"}, {"old", "X"}}, {{"a", "X"}, {"b", "X"}, {"c", "X"}}, {{"a", "X"}, {"c", "X"}}},
-      {{}, long_texts(128), long_texts(128)},
+  int count = 77;
+  const auto compare = [&count](const test::Columns& current, const test::Columns& wanted) {
+    return test::texts_of(
+        *test::Columns(devcfg_compare_table_schema(current.get(), wanted.get(), &count)));
   };
-  for (const Row& row : kRows) {
-    int count = 77;
-    const Columns found = compare(make_columns(row.current), make_columns(row.wanted), &count);
-    EXPECT_EQ(count, static_cast<int>(row.found.size()));
-    EXPECT_EQ(test::texts_of(*found), row.found);
-  }
-}
-
-TEST(ColumnLists, ComparisonRefusesWhatWouldNotFit) {
-  const Columns none(static_cast<table_info*>(std::calloc(1, sizeof(table_info))));
-  const Columns good = make_columns({{"a", "INT"}});
-  struct Row {
-    Columns current;
-    Columns wanted;
-    const char* reason;
-  };
-  Row rows[] = {
-      {make_columns({}), make_columns(long_texts(129)), "More than 128 new columns"},
-      {make_columns({{std::string(128, 'n'), "INT"}}), make_columns({}), nullptr},
-      {make_columns({}), make_columns({{"a", std::string(128, 't')}}), nullptr},
-      {nullptr, make_columns({}), nullptr},
-      {make_columns({}), nullptr, nullptr},
-  };
-  for (const Row& row : rows) {
-    int count = 77;
-    test::take_log();
-    const Columns found = compare(row.current, row.wanted, &count);
-    EXPECT_EQ(count, -1);
-    EXPECT_EQ(found->col_count, 0);
-    const std::string reason =
-        row.reason != nullptr ? row.reason : "A column list is missing or not valid";
+  test::take_log();
+  for (const auto& [current, wanted, found, error] : kRows) {
+    EXPECT_EQ(compare(make_columns(current), make_columns(wanted)), found);
+    EXPECT_EQ(count, error.empty() ? static_cast<int>(found.size()) : -1);
     EXPECT_EQ(test::take_product_log(),
-              std::vector<std::string>{"[devcfg_compare_table_schema] " + reason});
+              Lines(!error.empty(), "[devcfg_compare_table_schema] " + error));
   }
-  EXPECT_EQ(compare(none, good, nullptr)->col_count, 1);
+  const test::Columns columns = make_columns({{"a", "INT"}});
+  EXPECT_EQ(compare(columns, nullptr), Texts());
+  EXPECT_EQ(count, -1);
+  EXPECT_EQ(compare(nullptr, columns), Texts());
+}
+
+TEST_F(UpdateTable, PlainWordsStandInTheStatementAsTheyAre) {
+  EXPECT_EQ(update({{"b", "TEXT"}, {"C_2$", "VARCHAR(20)"}, {"\xC3\xA4", ""}}), 0);
+  EXPECT_EQ(update({{"order", "DECIMAL(10,2)"}, {"x INT, y", "INT); --"}, {"z", "INT("}}), 0);
+  EXPECT_EQ(statement(),
+            "CREATE TABLE t(a INT, b TEXT, C_2$ VARCHAR(20), \xC3\xA4, \"order\" DECIMAL(10,2), "
+            "\"x INT, y\" \"INT); --\", z \"INT(\")");
+}
+
+TEST_F(UpdateTable, AFailureKeepsWhatWasAddedBefore) {
+  EXPECT_EQ(update({{"b", "INT"}, {"A", "INT"}, {"c", "INT"}}), -1);
+  EXPECT_EQ(test::take_log(), (Lines{"[CSqlite] ExecSQL error: duplicate column name: A\n",
+                                     "[devcfg_update_table] QuerySQL Error"}));
+  EXPECT_EQ(update({{"c", "INT"}}, "t ADD d; DROP TABLE t; --"), -1);
+  EXPECT_EQ(statement(), "CREATE TABLE t(a INT, b INT)");
+}
+
+TEST_F(UpdateTable, RefusesAListBeforeItsFirstChange) {
+  const std::string kNoEnd = ": the name or the type word is missing or has no end";
+  const std::string fitting(1024 - sizeof("ALTER TABLE  ADD long INT"), 'x');
+  // Columns, table and message.
+  const std::tuple<Texts, std::string, std::string> kRows[] = {
+      {Texts(129, {"b", "INT"}), "t", "More than 128 new columns"},
+      {{{"b", ""}, {std::string(128, 'n'), ""}}, "t", "Column " + std::string(127, 'n') + kNoEnd},
+      {{{"b", ""}, {"c", std::string(128, 't')}}, "t", "Column c" + kNoEnd},
+      {{{"long", "INT"}}, fitting + "x", "Column long: the statement that adds it is too long"},
+  };
+  for (const auto& [texts, table, line] : kRows) {
+    EXPECT_EQ(update(texts, table), -1);
+    EXPECT_EQ(test::take_log(), Lines{"[devcfg_upgrade_statements] " + line});
+  }
+  EXPECT_EQ(statement(), "CREATE TABLE t(a INT)");
+  Lines statements = {"kept"};
+  const test::Columns columns = make_columns({{"long", "INT"}});
+  EXPECT_EQ(devcfg_upgrade_statements(columns.get(), fitting.c_str(), statements), 0);
+  EXPECT_EQ(statements.at(1).size(), 1023U);
+  EXPECT_EQ(devcfg_update_table(nullptr, path_.data(), path_.data()), -1);
+  EXPECT_EQ(devcfg_update_table(columns.get(), nullptr, path_.data()), -1);
+}
+
+TEST_F(UpdateTable, TellsThatTheFileStaysLocked) {
+  ASSERT_EQ(bare_.exec("BEGIN EXCLUSIVE"), 0);
+  EXPECT_EQ(update({{"b", "INT"}}), -1);
+  EXPECT_EQ(test::load(path_, "t"), nullptr);
+  EXPECT_EQ(test::take_product_log(), (Lines{"[devcfg_update_table] QuerySQL Error",
+                                             "[devcfg_load_table_schema] QuerySQL Error"}));
 }

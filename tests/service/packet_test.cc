@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <numeric>
 #include <random>
@@ -10,12 +11,12 @@
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
+using Bytes = std::basic_string<unsigned char>;
 using Lines = std::vector<std::string>;
 
 Bytes random_bytes(std::size_t size) {
   static std::mt19937 random(7);
-  Bytes bytes(size);
+  Bytes bytes(size, 0);
   std::generate(bytes.begin(), bytes.end(), [] { return static_cast<unsigned char>(random()); });
   return bytes;
 }
@@ -26,15 +27,10 @@ unsigned char plain_sum(const Bytes& bytes) {
 
 // The frame, spelled out.
 Bytes frame_of(const Bytes& payload) {
-  const std::size_t size = payload.size();
-  Bytes frame(size + 7, 0);
-  frame[0] = 0xF8;
-  frame[1] = static_cast<unsigned char>(size);
-  frame[2] = static_cast<unsigned char>(size >> 8);
-  frame[3] = static_cast<unsigned char>(size >> 16);
-  std::copy(payload.begin(), payload.end(), frame.begin() + 5);
-  frame[size + 5] = plain_sum(payload);
-  frame[size + 6] = 0xF9;
+  const auto byte = [&](int shift) { return static_cast<unsigned char>(payload.size() >> shift); };
+  Bytes frame = {0xF8, byte(0), byte(8), byte(16), 0};
+  frame.insert(frame.end(), payload.begin(), payload.end());
+  frame.insert(frame.end(), {plain_sum(payload), 0xF9});
   return frame;
 }
 
@@ -49,27 +45,77 @@ Bytes sized(Bytes bytes, std::size_t size, unsigned char value = 0xA5) {
   return bytes;
 }
 
+constexpr std::size_t kPayloadMax = 64;
+
+// All frames of a stream that arrives in chunks; keeps what the header says a caller has to keep.
+// Each search sees a copy of exactly its size, so that a sanitizer notices any byte read beyond.
+std::vector<Bytes> search_all(const Bytes& stream, std::size_t chunk_bytes) {
+  std::vector<Bytes> frames;
+  Bytes kept;
+  for (std::size_t arrived = 0;;) {
+    const bool ended = arrived == stream.size();
+    const std::vector<unsigned char> exact(kept.begin(), kept.end());
+    const FoundFrame found = devcfg_find_frame(exact.data(), exact.size(), kPayloadMax, ended);
+    kept.erase(0, found.skipped_bytes);
+    if (found.is_whole) {
+      frames.push_back(kept.substr(0, found.frame_bytes));
+      kept.erase(0, found.frame_bytes);
+    } else if (ended) {
+      EXPECT_TRUE(kept.empty());
+      return frames;
+    } else {
+      EXPECT_LT(kept.size(), found.frame_bytes);
+      EXPECT_LE(found.frame_bytes, kPayloadMax + kFrameOverheadBytes);
+      kept += stream.substr(arrived, chunk_bytes);
+      arrived = std::min(arrived + chunk_bytes, stream.size());
+    }
+  }
+}
+
+// Payloads of start and end bytes, of any bytes, none, and what looks like a header.
+std::vector<Bytes> sample_frames() {
+  Bytes bytes(kPayloadMax, 0);
+  std::generate(bytes.begin(), bytes.end(), std::mt19937(20));
+  std::vector<Bytes> frames = {{1, 2, 0xFF}, {0xF8, 0xF8, 0xF9, 0xF9, 0xF8}, {},
+                               bytes,        {0xF8, 0x20, 0, 0, 0, 1, 2},    {0xF9, 0xF8, 3, 0}};
+  std::transform(frames.begin(), frames.end(), frames.begin(), frame_of);
+  return frames;
+}
+
+// Every frame that one damaged byte of the stream left intact is found, in order. Returns the
+// number of frames beyond those: damage that the checksum does not see.
+std::size_t accepted_damage(const std::vector<Bytes>& frames, const Bytes& damaged) {
+  const std::vector<Bytes> found = search_all(damaged, damaged.size());
+  EXPECT_EQ(search_all(damaged, 7), found);
+  auto next = found.begin();
+  std::size_t intact = 0;
+  std::size_t start = 1;
+  const Bytes stream = Bytes(1, 0) + damaged + Bytes(1, 0);
+  for (const Bytes& frame : frames) {
+    if (stream.find(frame, start - 1) <= start + 1) {
+      next = std::find(next, found.end(), frame);
+      EXPECT_NE(next, found.end());
+      ++intact;
+    }
+    start += frame.size();
+  }
+  return found.size() - intact;
+}
+
 }  // namespace
 
 TEST(Checksum, IsTheSeedPlusEveryByte) {
-  struct Row {
-    Bytes bytes;
-    int count;
-    unsigned char seed;
-    unsigned char sum;
-    const char* logged;
-  };
-  const Row kRows[] = {{{0x01, 0x02, 0xFF}, 3, 0, 0x02, "0x2"},
-                       {{0xF0}, 1, 0x10, 0, "0"},
-                       {{0xF0}, 0, 0x10, 0x10, "0x10"},
-                       {{0xF0}, -1, 0x10, 0x10, "0x10"},
-                       {{}, 5, 0xFE, 0xFE, "0xfe"}};  // null
-  for (Row row : kRows) {
+  // The bytes, their number, the seed, the sum.
+  std::tuple<Bytes, int, unsigned char, unsigned char, std::string> rows[] = {
+      {{0x01, 0x02, 0xFF}, 3, 0, 0x02, "0x2"},
+      {{0xF0}, 1, 0x10, 0, "0"},
+      {{0xF0}, -1, 0x10, 0x10, "0x10"}};
+  for (auto& [bytes, count, seed, sum, logged] : rows) {
     test::take_log();
-    EXPECT_EQ(getCheckSum(row.bytes.data(), row.count, row.seed), row.sum);
-    EXPECT_EQ(test::take_product_log(),
-              Lines{std::string("[getCheckSum] Result seed= ") + row.logged});
+    EXPECT_EQ(getCheckSum(bytes.data(), count, seed), sum);
+    EXPECT_EQ(test::take_product_log(), Lines{"[getCheckSum] Result seed= " + logged});
   }
+  EXPECT_EQ(getCheckSum(nullptr, 5, 0xFE), 0xFE);
   for (std::size_t size = 0; size < 300; ++size) {
     for (std::size_t offset = 0; offset <= std::min<std::size_t>(size, 33); ++offset) {
       const Bytes all = random_bytes(size);
@@ -101,64 +147,96 @@ TEST(Frame, IsBuiltAndTakenApartWithinItsBounds) {
 
 TEST(Frame, ReceivedWithDamageIsTakenApartAndTold) {
   const Bytes frame = frame_of({0x01, 0x02, 0xFF});
-  struct Row {
-    Bytes frame;
-    Bytes payload;
-    Lines lines;
-  };
-  const Row kRows[] = {
-      {frame, {1, 2, 0xFF}, {"seed= 0x2", "right check-sum byte : 0x2", "right end byte : 0xf9"}},
+  const std::string kSum = "[getCheckSum] Result seed= ";
+  const std::string kReceived = "[devcfg_analysis_recv_packet] ";
+  const std::string kRightEnd = kReceived + "right end byte : 0xf9";
+  const std::string kRightSum = kReceived + "right check-sum byte : 0x2";
+  std::tuple<Bytes, Bytes, Lines> rows[] = {
+      {frame, {1, 2, 0xFF}, {kSum + "0x2", kRightSum, kRightEnd}},
       {with(frame, 6, 7),
        {1, 7, 0xFF},
-       {"seed= 0x7", "wrong check-sum byte : 0x7, 0x2", "right end byte : 0xf9"}},
+       {kSum + "0x7", kReceived + "wrong check-sum byte : 0x7, 0x2", kRightEnd}},
       {with(with(frame, 0, 0), 9, 0x11),
        {1, 2, 0xFF},
-       {"seed= 0x2", "right check-sum byte : 0x2", "right end byte : 0x11"}},
-      {with(frame, 4, 0x80), {}, {"length too large : 2147483651"}}};
-  for (Row row : kRows) {
+       {kSum + "0x2", kRightSum, kReceived + "right end byte : 0x11"}},
+      {with(frame, 4, 0x80), {}, {kReceived + "length too large : 2147483651"}}};
+  for (auto& [received, payload, lines] : rows) {
     test::take_log();
-    Bytes payload = sized({}, 8);
-    devcfg_analysis_recv_packet(row.frame.data(), payload.data());
-    EXPECT_EQ(payload, sized(row.payload, 8));
-    for (std::string& line : row.lines) {
-      line.insert(0, line[0] == 's' ? "[getCheckSum] Result " : "[devcfg_analysis_recv_packet] ");
-    }
-    EXPECT_EQ(test::take_product_log(), row.lines);
+    Bytes taken = sized({}, 8);
+    devcfg_analysis_recv_packet(received.data(), taken.data());
+    EXPECT_EQ(taken, sized(payload, 8));
+    EXPECT_EQ(test::take_product_log(), lines);
   }
 }
 
 TEST(UnpackFrame, HasOneOutcomeAndWritesOnlyAWholePayload) {
   const Bytes frame = frame_of({0x01, 0x02, 0xFF});
-  struct Row {
-    Bytes frame;
-    std::size_t capacity;
-    FrameOutcome outcome;
-    std::size_t payload_size;
-  };
-  std::vector<Row> rows = {{frame, 3, kFrameWhole, 3},
-                           {sized(frame, 12), 4, kFrameWhole, 3},
-                           {frame, 2, kFrameBufferTooSmall, 3},
-                           {with(frame, 0, 0xF9), 3, kFrameBadStart, 0},
-                           {with(frame, 4, 0x80), 3, kFrameBadLength, 0},
-                           {with(frame, 4, 0xFF), 3, kFrameBadLength, 0},
-                           {with(frame, 4, 0x7F), 3, kFrameIncomplete, 0x7F000003},
-                           {with(frame, 1, 2), 3, kFrameBadEnd, 2},
-                           {with(frame, 9, 0xF8), 0, kFrameBadEnd, 3},
-                           {with(frame, 5, 0), 3, kFrameBadChecksum, 3},
-                           {with(frame, 8, 0), 0, kFrameBadChecksum, 3}};
+  // The frame, the capacity, the outcome, the payload's size.
+  std::vector<std::tuple<Bytes, std::size_t, FrameOutcome, std::size_t>> rows = {
+      {frame, 3, kFrameWhole, 3},
+      {sized(frame, 12), 4, kFrameWhole, 3},
+      {frame, 2, kFrameBufferTooSmall, 3},
+      {with(frame, 0, 0xF9), 3, kFrameBadStart, 0},
+      {with(frame, 4, 0x80), 3, kFrameBadLength, 0},
+      {with(frame, 4, 0x7F), 3, kFrameIncomplete, 0x7F000003},
+      {with(frame, 1, 2), 3, kFrameBadEnd, 2},
+      {with(frame, 9, 0xF8), 0, kFrameBadEnd, 3},
+      {with(frame, 5, 0), 3, kFrameBadChecksum, 3},
+      {with(frame, 8, 0), 0, kFrameBadChecksum, 3}};
   for (std::size_t size = 0; size < frame.size(); ++size) {
-    rows.push_back({sized(frame, size), 3, kFrameIncomplete, size < 5 ? 0U : 3U});
+    rows.emplace_back(sized(frame, size), 3, kFrameIncomplete, size < 5 ? 0U : 3U);
   }
-  for (const Row& row : rows) {
-    Bytes buffer = sized({}, 8);
+  for (const auto& [bytes, capacity, outcome, payload_size] : rows) {
+    Bytes taken = sized({}, 8);
     std::size_t size = 99;
-    EXPECT_EQ(
-        devcfg_unpack_frame(row.frame.data(), row.frame.size(), buffer.data(), row.capacity, &size),
-        row.outcome);
-    EXPECT_EQ(size, row.payload_size);
-    EXPECT_EQ(buffer, sized(row.outcome == kFrameWhole ? Bytes{1, 2, 0xFF} : Bytes(), 8));
+    EXPECT_EQ(devcfg_unpack_frame(bytes.data(), bytes.size(), taken.data(), capacity, &size),
+              outcome);
+    EXPECT_EQ(size, payload_size);
+    EXPECT_EQ(taken, sized(outcome == kFrameWhole ? Bytes{1, 2, 0xFF} : Bytes(), 8));
   }
   EXPECT_EQ(devcfg_unpack_frame(nullptr, 9, nullptr, 9, nullptr), kFrameIncomplete);
   EXPECT_EQ(devcfg_unpack_frame(frame.data(), 10, nullptr, 9, nullptr), kFrameBufferTooSmall);
   EXPECT_EQ(devcfg_unpack_frame(frame_of({}).data(), 7, nullptr, 0, nullptr), kFrameWhole);
+}
+
+TEST(FindFrame, FindsTheOthersAfterOneByteLostChangedOrAdded) {
+  const std::vector<Bytes> frames = sample_frames();
+  const Bytes stream = std::accumulate(frames.begin(), frames.end(), Bytes());
+  std::size_t changed = 0;
+  std::size_t added = 0;
+  for (std::size_t i = 0; i < stream.size(); ++i) {
+    EXPECT_EQ(accepted_damage(frames, Bytes(stream).erase(i, 1)), 0U);
+    for (unsigned value = 0; value <= 0xFF; value += value < 16 || value >= 240 ? 1 : 16) {
+      const auto other = static_cast<unsigned char>(value);
+      added += accepted_damage(frames, Bytes(stream).insert(i, 1, other));
+      changed += accepted_damage(frames, Bytes(stream).replace(i, 1, 1, other));
+    }
+  }
+  EXPECT_EQ(changed, 1U);  // the length 5 became 1: F8 01 00 00 00 F8 F8 F9 is a frame
+  EXPECT_EQ(added, 1U);    // in the empty payload's frame: F8 01 00 00 00 00 00 F9
+}
+
+TEST(FindFrame, TellsWhatToDropAndHowManyBytesAreNeeded) {
+  const Bytes whole = frame_of({1, 2});
+  // The bytes, whether the stream ended; whether a frame is found, bytes to skip, of the frame.
+  const std::tuple<Bytes, bool, bool, std::size_t, std::size_t> kRows[] = {
+      {{}, false, false, 0, 7},
+      {{}, true, false, 0, 0},
+      {{1, 2, 0xF8}, false, false, 2, 7},
+      {{1, 2, 0xF8}, true, false, 3, 0},
+      {Bytes{1} + whole + whole, false, true, 1, 9},
+      {{0xF8, 64, 0, 0, 0}, false, false, 0, 71},
+      {{0xF8, 65, 0, 0, 0}, false, false, 5, 7},                // longer than allowed
+      {Bytes{0xF8, 64, 0, 0, 0} + whole, false, false, 0, 71},  // may be its payload,
+      {Bytes{0xF8, 64, 0, 0, 0} + whole, true, true, 5, 9},     // but is not
+  };
+  for (const auto& [bytes, ended, is_whole, skipped_bytes, frame_bytes] : kRows) {
+    const FoundFrame found = devcfg_find_frame(bytes.data(), bytes.size(), kPayloadMax, ended);
+    EXPECT_EQ(found.is_whole, is_whole);
+    EXPECT_EQ(found.skipped_bytes, skipped_bytes);
+    EXPECT_EQ(found.frame_bytes, frame_bytes);
+  }
+  EXPECT_EQ(devcfg_find_frame(nullptr, 9, 9, true).skipped_bytes, 0U);
+  const Bytes negative = {0xF8, 0, 0, 0, 0x80};  // the limit has a limit
+  EXPECT_EQ(devcfg_find_frame(negative.data(), 5, SIZE_MAX, false).skipped_bytes, 5U);
 }

@@ -7,8 +7,8 @@
 #include "platform/command_runner.h"
 #include "platform/platform_layer.h"
 
-int vorn_exec(int /*zero_1*/, int /*zero_2*/, int /*zero_3*/, const char* path, ...) {
-  std::printf("<%s>", path);
+int vorn_exec(int zero_1, int zero_2, int zero_3, const char* path, ...) {
+  std::printf("%.*s<%s>", zero_1 | zero_2 | zero_3, "not 0", path);
   va_list list;
   va_start(list, path);
   while (const char* argument = va_arg(list, const char*)) {

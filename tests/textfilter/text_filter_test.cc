@@ -2,21 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <new>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "bench/literal_filter.h"
 #include "foundation/result_codes.h"
 #include "tests/support/captured_log.h"
 
-namespace {
-
-bool memory_is_short = false;
-
-}  // namespace
+static bool memory_is_short = false;
 
 // The library's own working memory: the test takes it away.
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
@@ -36,28 +28,24 @@ const std::string kStopMessage = "[do_filtering] Stopped, the text would exceed 
 class GuardedText {
  public:
   GuardedText(const std::string& text, std::size_t capacity)
-      : bytes_(kGuard + capacity + kGuard, kGuardByte) {
-    std::memcpy(data(), text.c_str(), std::min(text.size() + 1, capacity));
+      : bytes_(kGuard + text.substr(0, capacity)) {
+    bytes_.resize(kGuard.size() + capacity);
+    bytes_ += kGuard;
   }
+  ~GuardedText() { EXPECT_TRUE(bytes_.starts_with(kGuard) && bytes_.ends_with(kGuard)); }
 
-  char* data() { return bytes_.data() + kGuard; }
-  bool is_intact() const {
-    return std::count(bytes_.begin(), bytes_.begin() + kGuard, kGuardByte) == kGuard &&
-           std::count(bytes_.end() - kGuard, bytes_.end(), kGuardByte) == kGuard;
-  }
+  char* data() { return &bytes_[kGuard.size()]; }
 
  private:
-  static constexpr int kGuard = 32;
-  static constexpr char kGuardByte = '\x5A';
-  std::vector<char> bytes_;
+  const std::string kGuard = std::string(32, '\x5A');
+  std::string bytes_;
 };
 
 std::string filter_text(const Rules& rules, const std::string& text, FilterReport& report,
-                   std::size_t capacity = 16'384) {
+                        std::size_t capacity = 16'384) {
   GuardedText buffer(text, capacity);
   do_filtering_bounded(rules, buffer.data(), capacity, report);
-  EXPECT_TRUE(buffer.is_intact());
-  return buffer.data();
+  return {buffer.data(), strnlen(buffer.data(), capacity)};
 }
 
 // Both ways must agree in everything that can be seen. True when they do.
@@ -78,9 +66,7 @@ bool agrees_with_steps(const Rules& rules, const std::string& text, std::size_t 
 
 std::string random_text(std::mt19937& random, std::size_t longest) {
   std::string text(random() % (longest + 1), 'a');
-  for (char& byte : text) {
-    byte = "aab"[random() % 3];
-  }
+  std::generate(text.begin(), text.end(), [&] { return "aab"[random() % 3]; });
   return text;
 }
 
@@ -106,44 +92,44 @@ TEST(TextFilter, Table) {
     std::string text;
     std::string filtered;
     std::size_t passes;
-    std::size_t messages;
+    FilterOutcome outcome = kFilterFinished;
+    std::size_t capacity = 16'384;
+    std::size_t messages = 0;
   };
   const std::string grown(1001, 'a');
   const Row kRows[] = {
-      {{{"cat", "dog"}}, "cat and cat", "dog and dog", 2, 0},
-      {{{"x", ""}}, "axbxc", "abc", 3, 0},
-      {{{"ab", "b"}}, "aab", "ab", 1, 0},
-      {{{"ab", "b"}}, "aabc", "bc", 3, 0},
-      {{{"a", "aa"}}, "a", "aa", 1, 0},
-      {{{"a", "aa"}}, "ab", grown + "b", 1000, 1},
-      {{{"foo", "bar"}, {"bar", "baz"}}, "foo", "baz", 2, 0},
-      {{{"bar", "baz"}, {"foo", "bar"}}, "foo", "bar", 2, 0},
-      {{{"Cat", "dog"}}, "cat", "cat", 1, 0},
-      {{{"a", "aa"}, {"b", "x"}, {"d", "e"}}, "abd", grown + "xe", 1002, 2},
+      {{{"x", ""}}, "axbxc", "abc", 3},
+      {{{"ab", "b"}}, "aab", "ab", 1},
+      {{{"ab", "b"}}, "aabc", "bc", 3},
+      {{{"a", "aa"}}, "ab", grown + "b", 1000, kFilterPassLimit, 8192, 1},
+      {{{"foo", "bar"}, {"bar", "baz"}}, "foo", "baz", 2},
+      {{{"bar", "baz"}, {"foo", "bar"}}, "foo", "bar", 2},
+      {{{"Cat", "dog"}}, "cat", "cat", 1},
+      {{{"a", "aa"}, {"b", "x"}, {"d", "e"}}, "abd", grown + "xe", 1002, kFilterPassLimit, 8192, 2},
       // Nothing special, nothing at all, bytes that are no UTF-8.
-      {{{"a.c", "$1\\0&%s"}}, "abc a.c!", "abc $1\\0&%s!", 2, 0},
-      {{{"", "x"}, {"a", "b"}}, "a!", "b!", 2, 0},
-      {{{"a", "b"}}, "", "", 1, 0},
-      {{}, "text", "text", 0, 0},
-      {{{std::string(9999, 'x'), "y"}}, std::string(4096, 'x') + "!", "yx!", 2, 0},
-      {{{"\xC3", "\xFF\xFE"}}, "\xC3\xA4\x80\xC3", "\xFF\xFE\xA4\x80\xFF\xFE", 2, 0},
+      {{{"a.c", "$1\\0&%s"}}, "abc a.c!", "abc $1\\0&%s!", 2},
+      {{{"", "x"}, {"a", "b"}}, "a!", "b!", 2},
+      {{{"a", "b"}}, "", "", 1},
+      {{}, "text", "text", 0},
+      {{{std::string(9999, 'x'), "y"}}, std::string(4096, 'x') + "!", "yx!", 2},
+      {{{"\xC3", "\xFF\xFE"}}, "\xC3\xA4\x80\xC3", "\xFF\xFE\xA4\x80\xFF\xFE", 2},
+      // From a capacity without room for the text to one with room for all. Nothing is done after a
+      // stop.
+      {{{"1", "22"}, {"22 1", ""}}, "1 1 1", "1 1 1", 0, kFilterRefused, 5},
+      {{{"1", "22"}, {"22 1", ""}}, "1 1 1", "22 1 1", 2, kFilterCapacity, 7},
+      {{{"1", "22"}, {"22 1", ""}}, "1 1 1", "22 22 1", 3, kFilterCapacity, 8},
+      {{{"1", "22"}, {"22 1", ""}}, "1 1 1", "22 22 22", 4, kFilterFinished, 9},
   };
-  test::take_log();
   for (const Row& row : kRows) {
     Rules rules;
     for (const auto& [target, result] : row.rules) {
       rules.push_back(make_rule(target, result));
     }
     FilterReport report;
-    EXPECT_EQ(filter_text(rules, row.text, report), row.filtered);
+    test::take_log();
+    EXPECT_EQ(filter_text(rules, row.text, report, row.capacity), row.filtered);
     EXPECT_EQ(report.passes, row.passes) << row.text;
-    EXPECT_EQ(report.outcome, row.messages > 0 ? kFilterPassLimit : kFilterFinished) << row.text;
-    EXPECT_EQ(test::take_log(), Log(row.messages, kLimitMessage)) << row.text;
-    GuardedText old(row.text, 8192);
-    char* text = old.data();
-    EXPECT_EQ(do_filtering(rules, text), kDevcfgFiltered);
-    EXPECT_EQ(text, old.data());
-    EXPECT_EQ(std::string(text), row.filtered);
+    EXPECT_EQ(report.outcome, row.outcome) << row.text;
     EXPECT_EQ(test::take_log(), Log(row.messages, kLimitMessage)) << row.text;
   }
 }
@@ -168,40 +154,13 @@ TEST(TextFilter, LongestRulesHaveTheOutcomeOfTheSteps) {
   std::string broken = longest;
   broken[2000] = 'b';
   const std::string text = std::string(9000, 'a') + almost + "b" + broken + "c" + broken + "aac";
-  const Rules kRules[] = {
-      {make_rule(almost + "b", "a"), make_rule(broken.substr(1), broken)},
-      {make_rule(broken, longest), make_rule(longest, "b")},
-      {make_rule("b", longest), make_rule("ac", "")},
-      {make_rule(broken, "")},
-  };
-  for (const Rules& rules : kRules) {
-    EXPECT_TRUE(agrees_with_steps(rules, text, 5'000'000));
-    EXPECT_TRUE(agrees_with_steps(rules, text, text.size() + 10'000));
-  }
-}
-
-// From a capacity without room for the text to one with room for all. Nothing is done after a stop.
-TEST(TextFilter, StopsAtTheCapacity) {
-  struct Row {
-    std::size_t capacity;
-    FilterOutcome outcome;
-    std::string text;
-    std::vector<std::size_t> replacements;
-  };
-  const Row kRows[] = {
-      {5, kFilterRefused, "1 1 1", {0, 0}},     {6, kFilterCapacity, "1 1 1", {0, 0}},
-      {7, kFilterCapacity, "22 1 1", {1, 0}},   {8, kFilterCapacity, "22 22 1", {2, 0}},
-      {9, kFilterFinished, "22 22 22", {3, 0}},
-  };
-  for (const Row& row : kRows) {
-    FilterReport report;
-    GuardedText buffer("1 1 1", row.capacity);
-    do_filtering_bounded({make_rule("1", "22"), make_rule("22 1", "")}, buffer.data(), row.capacity,
-                         report);
-    EXPECT_EQ(std::string(buffer.data(), row.text.size()), row.text);
-    EXPECT_EQ(report.outcome, row.outcome);
-    EXPECT_EQ(report.replacements, row.replacements);
-    EXPECT_TRUE(buffer.is_intact());
+  for (const std::size_t capacity : {5'000'000UL, text.size() + 10'000}) {
+    EXPECT_TRUE(agrees_with_steps(
+        {make_rule(almost + "b", "a"), make_rule(broken.substr(1), broken)}, text, capacity));
+    EXPECT_TRUE(
+        agrees_with_steps({make_rule(broken, longest), make_rule(longest, "b")}, text, capacity));
+    EXPECT_TRUE(agrees_with_steps({make_rule("b", longest), make_rule("ac", "")}, text, capacity));
+    EXPECT_TRUE(agrees_with_steps({make_rule(broken, "")}, text, capacity));
   }
 }
 
@@ -221,14 +180,8 @@ TEST(TextFilter, RefusesWhatIsNoText) {
 
 // Without a capacity, what a replacement makes is held to 4 MiB; the text itself is not.
 TEST(TextFilter, HoldsResultsTo4MiB) {
-  struct Row {
-    std::size_t length;
-    const char* target;
-    const char* result;
-    std::size_t replacements;
-    Log log;
-  };
-  const Row kRows[] = {
+  // The text's length, the rule, how often it is applied, the messages.
+  const std::tuple<std::size_t, std::string, std::string, std::size_t, Log> kRows[] = {
       {4'194'303, "y", "z", 0, {}},
       {4'194'303, "x", "y", 1000, {kLimitMessage}},
       {4'194'303, "x", "yy", 0, {kStopMessage}},
@@ -238,18 +191,17 @@ TEST(TextFilter, HoldsResultsTo4MiB) {
       {4'194'304, "x", "", 1000, {kLimitMessage}},
       {4'194'306, "xx", "y", 0, {kStopMessage}},
   };
-  test::take_log();
-  for (const Row& row : kRows) {
+  for (const auto& [length, target, result, replacements, log] : kRows) {
     std::string expected;
-    for (std::size_t i = 0; i < row.replacements; ++i) {
-      expected += row.result;
+    for (std::size_t i = 0; i < replacements; ++i) {
+      expected += result;
     }
-    expected.append(row.length - row.replacements * std::strlen(row.target), 'x');
-    GuardedText buffer(std::string(row.length, 'x'), std::max(row.length + 1, kFilteredTextBytes));
+    expected.append(length - replacements * target.size(), 'x');
+    GuardedText buffer(std::string(length, 'x'), std::max(length + 1, kFilteredTextBytes));
     char* text = buffer.data();
-    do_filtering({make_rule(row.target, row.result)}, text);
-    EXPECT_TRUE(expected == text) << row.length << row.target << row.result;
-    EXPECT_EQ(test::take_log(), row.log);
-    EXPECT_TRUE(buffer.is_intact());
+    test::take_log();
+    EXPECT_EQ(do_filtering({make_rule(target, result)}, text), kDevcfgFiltered);
+    EXPECT_TRUE(expected == text && text == buffer.data()) << length << target << result;
+    EXPECT_EQ(test::take_log(), log);
   }
 }
