@@ -17,9 +17,7 @@ constexpr int kComparedTerms = 4;
 constexpr int kNumberBits = 40;
 constexpr std::uint64_t kNumberMask = (std::uint64_t{1} << kNumberBits) - 1;
 
-std::uint64_t hash_bits(std::uint64_t hash) {
-  return hash << 3 & ~kNumberMask;
-}
+std::uint64_t hash_bits(std::uint64_t hash) { return hash << 3 & ~kNumberMask; }
 
 constexpr std::uint64_t kPrime = (std::uint64_t{1} << 61) - 1;
 constexpr std::size_t kBlock = 7;  // bytes that are below the prime as a number

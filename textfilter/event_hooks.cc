@@ -11,6 +11,4 @@ int evtcfg_recv_notify_access(char*, char*, json_object**, char*, char*, char*, 
   return kDevcfgOk;
 }
 
-int evtcfg_remove_event(char*, char*, json_object*) {
-  return kDevcfgOk;
-}
+int evtcfg_remove_event(char*, char*, json_object*) { return kDevcfgOk; }

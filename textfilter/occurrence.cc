@@ -13,13 +13,9 @@ namespace {
 
 constexpr std::size_t kPlaces = 32;  // that candidates() looks at
 
-__m128i load(const char* bytes) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-}
+__m128i load(const char* bytes) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)); }
 
-unsigned bits(__m128i mask) {
-  return static_cast<unsigned>(_mm_movemask_epi8(mask));
-}
+unsigned bits(__m128i mask) { return static_cast<unsigned>(_mm_movemask_epi8(mask)); }
 
 __m128i equal(const char* left, const char* right) {
   return _mm_cmpeq_epi8(load(left), load(right));
@@ -33,9 +29,7 @@ constexpr std::size_t kPlaces = 1;
 
 }  // namespace
 
-TargetSearch::Repeated::Repeated(char byte) {
-  std::memset(bytes, byte, sizeof(bytes));
-}
+TargetSearch::Repeated::Repeated(char byte) { std::memset(bytes, byte, sizeof(bytes)); }
 
 TargetSearch::TargetSearch(std::string_view target)
     : target_(target),
