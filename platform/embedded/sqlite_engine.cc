@@ -12,8 +12,11 @@ namespace {
 
 using namespace metadata_vault;
 
-// Stored in the file's header; "ORVN". Must not change.
+// Stored in the file's header: "ORVN", and "ORV" with the schema version in the last byte, so that
+// one look tells both whose file it is and which version. Must not change.
 constexpr int kApplicationId = 0x4F52564E;
+constexpr int kVersionMark = 0x4F525600;
+constexpr int kVersionMask = 0xFF;
 // Thrown by the trigger below, recognised by status_of.
 constexpr char kFullMessage[] = "the vault list is full";
 
@@ -28,9 +31,10 @@ int int_pragma(soci::session& sql, const char* name) {
   return value;
 }
 
-// 0 when it is no vault database. Identifier, version and tables are stored in one transaction.
+// 0 when it is no vault database. Version and tables are stored in one transaction.
 int vault_version(soci::session& sql) {
-  return int_pragma(sql, "application_id") == kApplicationId ? int_pragma(sql, "user_version") : 0;
+  const int marked = int_pragma(sql, "user_version");
+  return (marked & ~kVersionMask) == kVersionMark ? marked & kVersionMask : 0;
 }
 
 bool is_empty(soci::session& sql) {
@@ -148,7 +152,7 @@ void prepare_empty(soci::session& sql) {
 void set_schema_version(soci::session& sql, int version) {
   // As texts: a program's locale may group the digits of numbers.
   sql << "PRAGMA application_id = " + std::to_string(kApplicationId);
-  sql << "PRAGMA user_version = " + std::to_string(version);
+  sql << "PRAGMA user_version = " + std::to_string(kVersionMark + version);
 }
 
 void begin_write(soci::session& sql) {

@@ -32,7 +32,7 @@ TEST(VaultFile, WhatIsNoVaultOfThisVersionIsRefusedAndLeftAlone) {
       {kForeign + "0", kVaultDamaged},
       {kForeign + "1", kVaultDamaged},
       {"PRAGMA user_version = -1", kVaultDamaged},
-      {"PRAGMA user_version = 2", kVaultNewerSchema},
+      {"PRAGMA user_version = 0x4F525602", kVaultNewerSchema},
   };
   for (const auto& [content, status] : kRows) {
     const test::TempVault folder;
