@@ -7,6 +7,7 @@
 
 #include "cli/commands.h"
 #include "cli/output.h"
+#include "cli/raw_arguments.h"
 #include "cli/refusal.h"
 
 namespace {
@@ -79,6 +80,7 @@ int run(CLI::App& app, int argc, char** argv) {
 
 int main(int argc, char** argv) {
   choose_locale();
+  devcfg::raw_arguments.assign(argv, argv + argc);
   setenv("ORVANE_LOG", "off", 0);
   try {
     CLI::App app("", "devcfg");

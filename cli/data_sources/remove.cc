@@ -3,6 +3,7 @@
 
 #include "cli/data_sources/commands.h"
 #include "cli/output.h"
+#include "cli/raw_arguments.h"
 #include "cli/refusal.h"
 #include "cli/vault.h"
 
@@ -32,6 +33,15 @@ void remove_one(const DataSource& data_source) {
   print_line("removed " + id + " (" + data_source.vault_name + ")");
 }
 
+void refuse_brackets() {
+  for (const std::string& argument : raw_arguments) {
+    if (argument.starts_with('[') && argument.ends_with(']')) {
+      throw Refusal("an identifier in square brackets cannot be removed from here: " +
+                    in_quotes(argument));
+    }
+  }
+}
+
 }  // namespace
 
 void register_remove(CLI::App& app) {
@@ -43,6 +53,7 @@ void register_remove(CLI::App& app) {
               "Example:\n  devcfg remove till-1 till-2");
   command->add_option("ID", *ids, "The identifiers")->required();
   command->callback([ids] {
+    refuse_brackets();
     for (const DataSource& data_source : find_all(*ids)) {
       remove_one(data_source);
     }

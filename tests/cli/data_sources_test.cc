@@ -66,6 +66,7 @@ TEST(Command, DataSourcesFromAddToRemove) {
           {{"channels", "till"}, "", 0, "no channels", ""},
           {{"add", "till", "--type", "t", "--name", "n"}, "", 1, "", "already exists"},
           {{"remove", "till", "nobody"}, "", 1, "", "no data source \"nobody\""},
+          {{"remove", "[till]"}, "", 1, "", "in square brackets cannot be removed"},
           {{"remove", "till", "list", "till"}, "", 0, "removed till (Front)\nremoved list (", ""},
           {{"show", "till"}, "", 1, "", "devcfg: there is no data source \"till\"\n"},
           {{"list"}, "", 0, "2     -  nnn", ""},
