@@ -71,6 +71,15 @@ inline std::uint64_t DistinctTerms::hash_of(std::string_view term) const {
   return term.empty() ? hash : multiply(hash + short_number(term), key_);
 }
 
+// A list that holds something grows by doubling instead: room that is made call by call for a few
+// terms each would move all terms each time.
+DistinctTerms::DistinctTerms(std::vector<std::string>& terms, std::size_t expected)
+    : terms_(terms), expected_(expected) {
+  if (terms_.empty()) {
+    terms_.reserve(expected);
+  }
+}
+
 // Where the term is, or would be.
 inline DistinctTerms::Slot& DistinctTerms::slot_for(std::string_view term, std::uint64_t hash) {
   const std::size_t mask = slots_.size() - 1;
@@ -109,7 +118,7 @@ void DistinctTerms::build_table() {
   if (key_ == 0) {
     key_ = random_key();
   }
-  slots_.assign(std::bit_ceil(4 * (terms_.size() + 1)), 0);
+  slots_.assign(std::bit_ceil(std::max(4 * (terms_.size() + 1), 2 * expected_)), 0);
   for (std::size_t number = 1; number <= terms_.size(); ++number) {
     const std::uint64_t hash = hash_of(terms_[number - 1]);
     if (Slot& slot = slot_for(terms_[number - 1], hash); slot == 0) {

@@ -14,7 +14,8 @@ namespace orvaneip {
 class DistinctTerms {
  public:
   // `terms` may hold texts already, also ones that repeat. It must not be changed by others.
-  explicit DistinctTerms(std::vector<std::string>& terms) : terms_(terms) {}
+  // `expected` is a guess of how many will be added; room for them is made at once.
+  DistinctTerms(std::vector<std::string>& terms, std::size_t expected);
 
   // Appends `term`, unless the list holds it.
   void add(std::string_view term);
@@ -29,6 +30,7 @@ class DistinctTerms {
   void build_table();
 
   std::vector<std::string>& terms_;
+  std::size_t expected_;
   int compared_ = 0;         // terms looked up by comparing
   std::vector<Slot> slots_;  // a power of two, at most half full; empty: not built yet
   std::uint64_t key_ = 0;

@@ -1,5 +1,6 @@
 #include "textfilter/like_patterns.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -11,6 +12,9 @@ namespace {
 
 constexpr std::string_view kWildcard = "%%";
 
+// A word of search text has some seven letters. More room than this is made when it is needed.
+std::size_t expected_terms(std::size_t bytes) { return std::min<std::size_t>(bytes / 8 + 1, 2048); }
+
 constexpr auto kSpecial = [] {
   std::array<bool, 256> special{};
   special[' '] = special['+'] = special['\''] = true;
@@ -20,7 +24,8 @@ constexpr auto kSpecial = [] {
 // A term is kept as a piece of the input for as long as it is one.
 class PatternWriter {
  public:
-  explicit PatternWriter(std::vector<std::string>& patterns) : patterns_(patterns) {}
+  PatternWriter(std::vector<std::string>& patterns, std::size_t bytes)
+      : patterns_(patterns, expected_terms(bytes)) {}
 
   void terms(std::string_view bytes, char previous) {
     for (const char *at = bytes.data(), *end = at + bytes.size(); at != end; ++at) {
@@ -78,13 +83,17 @@ class PatternWriter {
   }
 
   void append(std::string_view bytes) {
-    if (term().empty()) {
+    if (built_.empty() && piece_.empty()) {
       piece_ = bytes;
-      return;
+    } else {
+      append_to_built(bytes);
     }
-    built_ += piece_;
+  }
+
+  // Out of line, since most terms are one piece.
+  [[gnu::noinline]] void append_to_built(std::string_view bytes) {
+    built_.append(piece_).append(bytes);
     piece_ = {};
-    built_ += bytes;
   }
 
   orvaneip::DistinctTerms patterns_;
@@ -98,7 +107,7 @@ void check_abnormal_char_for_special_for_SQL(const char* input,
                                              std::vector<std::string>& patterns) {
   const orvaneip::SearchText search = orvaneip::read_search_text(input);
   orvane_log_debug("[libzelip](%s:%d) tmp_input= [%s]\n", __func__, __LINE__, search.text.c_str());
-  PatternWriter writer(patterns);
+  PatternWriter writer(patterns, search.text.size());
   write_search_text(search, orvaneip::LoneQuote::kDropped, writer);
   writer.end_term();
 }
