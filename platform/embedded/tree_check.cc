@@ -9,6 +9,7 @@
 
 #include "platform/embedded/tree_layout.h"
 #include "platform/embedded/tree_path.h"
+#include "platform/embedded/xml_characters.h"
 
 namespace orvaneplatform {
 namespace {
@@ -55,14 +56,26 @@ class Checker : public pugi::xml_tree_walker {
 
   bool for_each(xml_node& node) override {
     const char* what = depth() == 0 ? check_top_level(node) : kFine;
-    what = what != kFine ? what : check(node);
+    return accept(node, what != kFine ? what : check(node));
+  }
+
+  // Stops at the first problem.
+  void check_top_levels(const pugi::xml_document& document) {
+    for (const xml_node node : document.children()) {
+      if (!accept(node, check_top_level(node))) {
+        return;
+      }
+    }
+  }
+
+ private:
+  bool accept(xml_node node, const char* what) {
     if (what != kFine) {
       problem_ = {what, node.offset_debug()};
     }
     return what == kFine;
   }
 
- private:
   const char* check_top_level(xml_node node) {
     switch (node.type()) {
       case pugi::node_doctype:
@@ -110,7 +123,7 @@ class Checker : public pugi::xml_tree_walker {
     if (traits_.cdata_end && std::strstr(node.value(), "]]>") != nullptr) {
       return "\"]]>\" in a text";
     }
-    return traits_.bytes.ampersand ? check_references(node.value()) : kFine;
+    return traits_.ampersand ? check_references(node.value()) : kFine;
   }
 
   static const char* check_comment(std::string_view text) {
@@ -119,7 +132,7 @@ class Checker : public pugi::xml_tree_walker {
   }
 
   const char* check_element(xml_node element) {
-    const char* problem = traits_.bytes.non_ascii ? check_name(element.name()) : kFine;
+    const char* problem = traits_.non_ascii ? check_name(element.name()) : kFine;
     if (problem != kFine) {
       return problem;
     }
@@ -160,7 +173,11 @@ class Checker : public pugi::xml_tree_walker {
 
 std::optional<TreeProblem> check_tree(pugi::xml_document& document, const FileTraits& traits) {
   Checker checker(traits);
-  document.traverse(checker);
+  if (traits.plain) {
+    checker.check_top_levels(document);
+  } else {
+    document.traverse(checker);
+  }
   return checker.problem();
 }
 

@@ -8,15 +8,18 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/embedded/xml_characters.h"
-
 namespace orvaneplatform {
 
 // What the bytes of a file hold, noted before they are parsed in place.
 struct FileTraits {
   bool declaration_first = false;  // they begin with an XML declaration
   bool cdata_end = false;          // "]]>" stands somewhere
-  ByteSummary bytes;
+  bool control = false;            // a control character that XML does not allow
+  bool non_ascii = false;
+  bool ampersand = false;
+  // Behind the declaration there are only elements of ASCII names, without attributes and not
+  // nested too deep, and texts without references: what the parser takes of those is right.
+  bool plain = false;
 };
 
 struct TreeProblem {

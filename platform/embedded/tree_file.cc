@@ -2,12 +2,15 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string_view>
 #include <system_error>
 
 #include "platform/embedded/files.h"
 #include "platform/embedded/tree_check.h"
+#include "platform/embedded/tree_path.h"
+#include "platform/embedded/xml_characters.h"
 #include "platform/log_sinks.h"
 
 namespace orvaneplatform {
@@ -46,8 +49,19 @@ ssize_t read_fully(int file, char* buffer, std::size_t size_bytes) {
 }
 
 FileTraits traits_of(std::string_view text) {
-  return {text.starts_with("<?xml") && text.size() > 5 && text[5] != '-',
-          text.find("]]>") != std::string_view::npos, summarise(text)};
+  FileTraits traits;
+  traits.declaration_first = text.starts_with("<?xml") && text.size() > 5 && text[5] != '-';
+  traits.cdata_end = text.find("]]>") != std::string_view::npos;
+  const std::size_t declared = traits.declaration_first ? text.find("?>") : 0;
+  const std::size_t body = std::min(declared, text.size());
+  const ByteSummary head = summarise(text.substr(0, body));
+  const ByteSummary rest = summarise(text.substr(body));
+  traits.control = head.control || rest.control;
+  traits.non_ascii = head.non_ascii || rest.non_ascii;
+  traits.ampersand = head.ampersand || rest.ampersand;
+  traits.plain = !traits.cdata_end && !rest.non_ascii && !rest.ampersand && !rest.quote &&
+                 !rest.markup && rest.depth_bound <= static_cast<int>(kMaxDepth);
+  return traits;
 }
 
 class Reader {
@@ -93,8 +107,8 @@ class Reader {
     tree.byte_order_mark = text.starts_with(kByteOrderMark);
     text.remove_prefix(tree.byte_order_mark ? kByteOrderMark.size() : 0);
     const FileTraits traits = traits_of(text);
-    if (traits.bytes.control ||
-        (traits.bytes.non_ascii && find_invalid_character(text) != std::string_view::npos)) {
+    if (traits.control ||
+        (traits.non_ascii && find_invalid_character(text) != std::string_view::npos)) {
       return "it holds bytes that are not text in UTF-8";
     }
     if (text.ends_with('<')) {  // which the parser lets pass after a blank

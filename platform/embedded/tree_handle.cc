@@ -46,7 +46,11 @@ xml_node TreeCopy::find(Names names) const {
 
 TreeHandle::TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lock,
                        std::shared_ptr<TreeFile> tree)
-    : path_(std::move(path)), use_(use), lock_(std::move(lock)), tree_(std::move(tree)) {}
+    : path_(std::move(path)),
+      use_(use),
+      lock_(std::move(lock)),
+      tree_(std::move(tree)),
+      finder_(use == TreeUse::kRead) {}
 
 std::unique_ptr<TreeHandle> TreeHandle::open(const char* path, TreeUse use) {
   std::string name = path;

@@ -27,7 +27,7 @@ class TreeCopy {
  private:
   std::shared_ptr<const TreeFile> tree_;
   pugi::xml_node top_;
-  PathFinder finder_;
+  PathFinder finder_{true};
 };
 
 class TreeHandle {

@@ -1,5 +1,6 @@
 #include "platform/embedded/tree_path.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace orvaneplatform {
@@ -58,11 +59,39 @@ xml_node PathFinder::find_child(xml_node parent, const char* name, std::size_t l
   if (last.parent() == parent && std::strcmp(last.name(), name) == 0) {
     return last;
   }
-  const xml_node found = first_element(parent, name);
+  const bool below_top = fixed_ && level == 1;
+  const xml_node found = below_top ? find_below_top(parent, name) : first_element(parent, name);
   if (found) {
     last_[level].store(found.internal_object(), std::memory_order_relaxed);
   }
   return found;
+}
+
+xml_node PathFinder::find_below_top(xml_node top, const char* name) const {
+  if (searches_.load(std::memory_order_relaxed) < kSearchesBeforeSorting) {
+    searches_.fetch_add(1, std::memory_order_relaxed);
+    return first_element(top, name);
+  }
+  std::call_once(sorting_, [this, top] { sort_children(top); });
+  const auto at = std::lower_bound(
+      sorted_.begin(), sorted_.end(), std::string_view(name),
+      [](const NamedChild& child, std::string_view wanted) { return child.name < wanted; });
+  return at != sorted_.end() && at->name == name ? at->element : xml_node();
+}
+
+// Files mostly are in order.
+void PathFinder::sort_children(xml_node top) const {
+  for (const xml_node child : top.children()) {
+    if (child.type() == pugi::node_element) {
+      sorted_.push_back({child.name(), child});
+    }
+  }
+  const auto compare = [](const NamedChild& one, const NamedChild& other) {
+    return one.name < other.name;
+  };
+  if (!std::is_sorted(sorted_.begin(), sorted_.end(), compare)) {
+    std::stable_sort(sorted_.begin(), sorted_.end(), compare);
+  }
 }
 
 }  // namespace orvaneplatform

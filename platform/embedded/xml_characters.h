@@ -12,6 +12,9 @@ struct ByteSummary {
   bool control = false;    // a control character that XML does not allow
   bool non_ascii = false;  // a byte of 0x80 or above
   bool ampersand = false;
+  bool quote = false;   // '"' or "'"
+  bool markup = false;  // "<!" or "<?"
+  int depth_bound = 0;  // elements are not nested deeper; more by those that have no end tag
 };
 ByteSummary summarise(std::string_view bytes);
 
