@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace orvaneip {
 namespace {
@@ -13,11 +14,8 @@ namespace {
 constexpr std::size_t kComparedList = 16;
 constexpr int kComparedTerms = 4;
 
-// A slot's parts. No memory holds as many terms as the number can tell.
-constexpr int kNumberBits = 40;
-constexpr std::uint64_t kNumberMask = (std::uint64_t{1} << kNumberBits) - 1;
-
-std::uint64_t hash_bits(std::uint64_t hash) { return hash << 3 & ~kNumberMask; }
+// Terms that a slot's number can tell; a list has fewer, as far as memory goes today.
+constexpr std::size_t kMostTerms = UINT32_MAX;
 
 constexpr std::uint64_t kPrime = (std::uint64_t{1} << 61) - 1;
 constexpr std::size_t kBlock = 7;  // bytes that are below the prime as a number
@@ -62,13 +60,14 @@ std::uint64_t short_number(std::string_view text) {
 // The polynomial with the bytes, seven at a time, as coefficients, at the key: two terms agree for
 // at most as many keys as they have coefficients. Search text holds no NUL, so the last coefficient
 // tells how long the term is.
-inline std::uint64_t DistinctTerms::hash_of(std::string_view term) const {
+inline std::uint32_t DistinctTerms::hash_of(std::string_view term) const {
   std::uint64_t hash = 0;
   for (; term.size() > kBlock; term.remove_prefix(kBlock)) {
     const std::uint64_t block = load<std::uint64_t>(term.data()) & ((std::uint64_t{1} << 56) - 1);
     hash = multiply(hash + block, key_);
   }
-  return term.empty() ? hash : multiply(hash + short_number(term), key_);
+  hash = term.empty() ? hash : multiply(hash + short_number(term), key_);
+  return static_cast<std::uint32_t>(hash);
 }
 
 // A list that holds something grows by doubling instead: room that is made call by call for a few
@@ -81,29 +80,39 @@ DistinctTerms::DistinctTerms(std::vector<std::string>& terms, std::size_t expect
 }
 
 // Where the term is, or would be.
-inline DistinctTerms::Slot& DistinctTerms::slot_for(std::string_view term, std::uint64_t hash) {
+inline DistinctTerms::Slot& DistinctTerms::slot_for(std::string_view term, std::uint32_t hash) {
   const std::size_t mask = slots_.size() - 1;
   for (std::size_t place = hash & mask;; place = (place + 1) & mask) {
     Slot& slot = slots_[place];
-    if (slot == 0 ||
-        ((slot ^ hash_bits(hash)) <= kNumberMask && terms_[(slot & kNumberMask) - 1] == term)) {
+    if (slot.number == 0 || (slot.hash == hash && terms_[slot.number - 1] == term)) {
       return slot;
     }
   }
+}
+
+DistinctTerms::Slot& DistinctTerms::free_slot(std::uint32_t hash) {
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t place = hash & mask;
+  while (slots_[place].number != 0) {
+    place = (place + 1) & mask;
+  }
+  return slots_[place];
 }
 
 void DistinctTerms::add(std::string_view term) {
   if (slots_.empty() && (terms_.size() <= kComparedList || compared_ < kComparedTerms)) {
     return compare_and_add(term);
   }
-  if (slots_.size() < 2 * (terms_.size() + 1)) {
+  if (slots_.empty()) {
     build_table();
+  } else if (slots_.size() < 2 * (terms_.size() + 1)) {
+    double_table();
   }
-  const std::uint64_t hash = hash_of(term);
+  const std::uint32_t hash = hash_of(term);
   Slot& slot = slot_for(term, hash);
-  if (slot == 0) {
+  if (slot.number == 0) {
     terms_.emplace_back(term);
-    slot = hash_bits(hash) | terms_.size();
+    slot = {hash, static_cast<std::uint32_t>(std::min(terms_.size(), kMostTerms))};
   }
 }
 
@@ -115,14 +124,21 @@ void DistinctTerms::compare_and_add(std::string_view term) {
 }
 
 void DistinctTerms::build_table() {
-  if (key_ == 0) {
-    key_ = random_key();
+  key_ = random_key();
+  slots_.assign(std::bit_ceil(2 * std::max(terms_.size() + 1, expected_)), {});
+  for (std::size_t i = 0; i < terms_.size(); ++i) {
+    const std::uint32_t hash = hash_of(terms_[i]);
+    if (Slot& slot = slot_for(terms_[i], hash); slot.number == 0) {
+      slot = {hash, static_cast<std::uint32_t>(i + 1)};
+    }
   }
-  slots_.assign(std::bit_ceil(std::max(4 * (terms_.size() + 1), 2 * expected_)), 0);
-  for (std::size_t number = 1; number <= terms_.size(); ++number) {
-    const std::uint64_t hash = hash_of(terms_[number - 1]);
-    if (Slot& slot = slot_for(terms_[number - 1], hash); slot == 0) {
-      slot = hash_bits(hash) | number;
+}
+
+void DistinctTerms::double_table() {
+  const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(2 * slots_.size()));
+  for (const Slot& slot : old) {
+    if (slot.number != 0) {
+      free_slot(slot.hash) = slot;
     }
   }
 }

@@ -21,13 +21,17 @@ class DistinctTerms {
   void add(std::string_view term);
 
  private:
-  // The number of a term in the list, from 1, with bits of its hash above it; 0: free.
-  using Slot = std::uint64_t;
+  struct Slot {
+    std::uint32_t hash;
+    std::uint32_t number;  // of the term in the list, from 1; 0: free
+  };
 
   void compare_and_add(std::string_view term);
-  Slot& slot_for(std::string_view term, std::uint64_t hash);
-  std::uint64_t hash_of(std::string_view term) const;
+  Slot& slot_for(std::string_view term, std::uint32_t hash);
+  Slot& free_slot(std::uint32_t hash);
+  std::uint32_t hash_of(std::string_view term) const;
   void build_table();
+  void double_table();
 
   std::vector<std::string>& terms_;
   std::size_t expected_;

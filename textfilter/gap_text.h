@@ -14,12 +14,12 @@ namespace orvaneip {
 // text is moved when the gap is opened and closed, not at each replacement.
 class GapText {
  public:
-  // Takes `length` bytes of the terminated `text` apart at `border`. A text that is to grow by up
-  // to `growth` bytes is taken apart in memory of its own; without growth, or without that memory,
-  // in place. Then the gap is widened when a replacement needs it, which moves the back each time.
+  // Takes `length` bytes of the terminated `text` apart at `border`: in place, or, when it is to
+  // grow by up to `growth` bytes, in memory of its own.
   GapText(char* text, std::size_t length, std::size_t border, std::size_t growth)
       : text_(text),
         work_(growth > 0 ? new (std::nothrow) char[length + growth + 1] : nullptr),
+        has_memory_(growth == 0 || work_ != nullptr),
         front_(work_ ? work_.get() : text),
         front_end_(front_ + border),
         back_(front_end_ + (work_ ? growth : 0)),
@@ -29,6 +29,9 @@ class GapText {
       std::memcpy(back_, text + border, back_length_ + 1);
     }
   }
+
+  // False: the memory was not to be had, and this must be thrown away.
+  bool has_memory() const { return has_memory_; }
 
   std::string_view back() const { return {back_, back_length_}; }
   std::size_t length() const { return front_length() + back_length_; }
@@ -73,11 +76,6 @@ class GapText {
   }
 
   void put(std::string_view bytes) {
-    const auto gap = static_cast<std::size_t>(back_ - front_end_);
-    if (gap < bytes.size()) {
-      std::memmove(front_end_ + bytes.size(), back_, back_length_ + 1);
-      back_ = front_end_ + bytes.size();
-    }
     back_ -= bytes.size();
     back_length_ += bytes.size();
     std::memcpy(back_, bytes.data(), bytes.size());
@@ -85,6 +83,7 @@ class GapText {
 
   char* text_;
   std::unique_ptr<char[]> work_;
+  bool has_memory_;
   char* front_;
   char* front_end_;
   char* back_;

@@ -69,8 +69,19 @@ inline unsigned TargetSearch::candidates(const char* place) const {
 #endif
 }
 
+// strstr is faster than memmem on text that is all near misses, but needs a terminated target,
+// which a damaged record may lack. The text that rules are applied to is terminated.
+const char* TargetSearch::find_in_linear_time(const char* place, const char* end) const {
+  const char* target = target_.data();
+  if (target[target_.size()] == '\0') {
+    return std::strstr(place, target);
+  }
+  return static_cast<const char*>(
+      memmem(place, static_cast<std::size_t>(end - place), target, target_.size()));
+}
+
 // Comparing at the candidates is quick where they are few. Where they cost more than the text that
-// was passed by, memmem goes on, which is slower and linear for every text.
+// was passed by, a search goes on that is slower and linear for every text.
 const char* TargetSearch::find_by_candidates(std::string_view text) const {
   const char* place = text.data();
   const char* const end = text.data() + text.size();
@@ -83,8 +94,7 @@ const char* TargetSearch::find_by_candidates(std::string_view text) const {
         return candidate;
       }
       if (credit < target_.size()) {
-        return static_cast<const char*>(
-            memmem(place, static_cast<std::size_t>(end - place), target_.data(), target_.size()));
+        return find_in_linear_time(place, end);
       }
       credit -= target_.size();
     }

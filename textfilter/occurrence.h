@@ -8,10 +8,11 @@ namespace orvaneip {
 
 class TargetSearch {
  public:
-  // The target is not empty, and stays the caller's.
+  // The target is not empty, stays the caller's, and a byte that can be read follows it.
   explicit TargetSearch(std::string_view target);
 
-  // The first occurrence in `text`, or null. Linear in the text, whatever the two are.
+  // The first occurrence in `text`, which a terminator follows, or null. Linear in the text,
+  // whatever the two are.
   const char* find_in(std::string_view text) const;
 
  private:
@@ -22,6 +23,7 @@ class TargetSearch {
     alignas(16) char bytes[16];
   };
 
+  const char* find_in_linear_time(const char* place, const char* end) const;
   const char* find_by_candidates(std::string_view text) const;
   unsigned candidates(const char* place) const;
   bool is_at(const char* place) const;

@@ -36,15 +36,42 @@ std::size_t room_for(const Pair& pair, const BoundedText& text) {
   return pair.grows() ? (text.capacity - 1 - text.length) / pair.growth() : SIZE_MAX;
 }
 
-// True when a text can end with some of the bytes of `left` that `right` begins with.
-bool can_overlap(std::string_view left, std::string_view right, std::size_t longest) {
-  for (std::size_t count = 1; count <= longest; ++count) {
-    if (left[left.size() - count] == right.front() &&
-        left.substr(left.size() - count) == right.substr(0, count)) {
-      return true;
+// For each beginning of a text the length of the longest shorter one that it ends with.
+class Borders {
+ public:
+  // `text` has fewer than kRuleTextBytes bytes.
+  explicit Borders(std::string_view text) : text_(text) {
+    lengths_[0] = 0;
+    for (std::size_t end = 1, length = 0; end < text.size(); ++end) {
+      length = longer_by(text[end], length);
+      lengths_[end] = static_cast<std::uint16_t>(length);
     }
   }
-  return false;
+
+  // How much of the beginning stands behind `byte`, when `length` bytes of it stood before.
+  std::size_t longer_by(char byte, std::size_t length) const {
+    while (length > 0 && text_[length] != byte) {
+      length = lengths_[length - 1];
+    }
+    return text_[length] == byte ? length + 1 : 0;
+  }
+
+ private:
+  std::string_view text_;
+  std::array<std::uint16_t, kRuleTextBytes> lengths_;  // of the beginnings of `text_`
+};
+
+// True when `left` can end with up to `longest` of the bytes that `right` begins with.
+bool can_overlap(std::string_view left, std::string_view right, std::size_t longest) {
+  if (longest == 0) {
+    return false;
+  }
+  const Borders beginnings(right.substr(0, longest));
+  std::size_t length = 0;
+  for (const char byte : left.substr(left.size() - longest)) {
+    length = beginnings.longer_by(byte, length);
+  }
+  return length > 0;
 }
 
 // True when a result, once it is in the text, can be part of an occurrence of the target, or stand
@@ -162,6 +189,9 @@ Rewriting rewrite_gap(const Pair& pair, const char* first, std::size_t limit, Bo
   }
   GapText gap(text.bytes, text.length, static_cast<std::size_t>(first - text.bytes),
               std::min(limit, room) * pair.growth());
+  if (!gap.has_memory()) {
+    return {RewriteEnd::kNoMemory, 0};
+  }
   const Rewriting rewriting = replace_in(gap, pair, limit, room);
   gap.close();
   text.length = gap.length();

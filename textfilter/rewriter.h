@@ -26,6 +26,7 @@ enum class RewriteEnd {
   kEndedText,     // the last replacement ended the text
   kLimit,         // the limit of replacements was met; whether there are more was not looked for
   kCapacity,      // the next replacement would have exceeded the capacity
+  kNoMemory,      // nothing was done: the rule needs memory of its own, which was not to be had
 };
 
 struct Rewriting {

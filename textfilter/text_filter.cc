@@ -36,6 +36,8 @@ std::size_t apply_rule(const rule& applied, BoundedText& text, FilterReport& rep
   report.passes += passes_of(rewriting);
   if (rewriting.end == RewriteEnd::kCapacity) {
     report.outcome = kFilterCapacity;
+  } else if (rewriting.end == RewriteEnd::kNoMemory) {
+    report.outcome = kFilterNoMemory;
   } else if (rewriting.end != RewriteEnd::kEndedText && report.passes > kPassLimit) {
     report.outcome = kFilterPassLimit;
     orvane_log_debug("[%s] Match more than 1000 times(!?)", kFilteringName);
@@ -43,9 +45,13 @@ std::size_t apply_rule(const rule& applied, BoundedText& text, FilterReport& rep
   return rewriting.replacements;
 }
 
+bool has_stopped(FilterOutcome outcome) {
+  return outcome == kFilterCapacity || outcome == kFilterNoMemory;
+}
+
 FilterOutcome apply_rules(const std::vector<rule>& rules, BoundedText text, FilterReport& report) {
   report.outcome = kFilterFinished;
-  for (std::size_t i = 0; i < rules.size() && report.outcome != kFilterCapacity; ++i) {
+  for (std::size_t i = 0; i < rules.size() && !has_stopped(report.outcome); ++i) {
     if (rules[i].target[0] != '\0') {
       report.replacements[i] = apply_rule(rules[i], text, report);
     }
@@ -87,10 +93,13 @@ int do_filtering(std::vector<rule> rules, char*& text) {
   }
   FilterReport report;
   reset(report, rules.size());
-  if (apply_rules(rules, {text, std::strlen(text), kFilteredTextBytes}, report) ==
-      kFilterCapacity) {
+  const FilterOutcome outcome =
+      apply_rules(rules, {text, std::strlen(text), kFilteredTextBytes}, report);
+  if (outcome == kFilterCapacity) {
     orvane_log_debug("[%s] Stopped, the text would exceed %zu bytes", kFilteringName,
                      kFilteredTextBytes);
+  } else if (outcome == kFilterNoMemory) {
+    orvane_log_debug("[%s] Stopped, there is no memory for a rule", kFilteringName);
   }
   return kDevcfgFiltered;
 }

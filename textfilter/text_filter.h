@@ -18,9 +18,9 @@
 // of a rule are not looked at. A rule with an empty target is skipped, without a pass. A target or
 // result that lacks its terminator is cut to kRuleTextBytes - 1 bytes.
 //
-// A rule that can meet its own result again and grows the text is worked on in memory of its own.
-// Where that is not to be had, it is worked on in the text itself, which takes longer and gives the
-// same: no memory is not a failure of filtering.
+// A rule that can meet its own result again and grows the text is worked on in memory of its own,
+// up to the capacity. Where that is not to be had, the rule is not begun, and the whole call ends
+// there.
 #pragma once
 
 #include <cstddef>
@@ -33,11 +33,11 @@
 inline constexpr std::size_t kFilteredTextBytes = 4'194'304;
 
 enum FilterOutcome : int {
-  kFilterFinished = 0,  // every rule was applied
-  kFilterPassLimit =
-      1,                // every rule was applied, one at least not to its end: more than 999 passes
-  kFilterCapacity = 2,  // the next replacement would have exceeded the capacity: nothing after it
+  kFilterFinished = 0,   // every rule was applied
+  kFilterPassLimit = 1,  // every rule was applied, in more than 999 passes: some may not have ended
+  kFilterCapacity = 2,   // the next replacement would have exceeded the capacity: nothing after it
   kFilterRefused = 3,   // the text is null, or not terminated within the capacity: nothing was done
+  kFilterNoMemory = 4,  // a rule found no memory to work in: neither it nor a later one was applied
 };
 
 // What became of a text. It may be used for any number of calls; each overwrites it.

@@ -69,6 +69,9 @@ void TextStream::write_filtered(const std::string& text) {
   std::memcpy(buffer_.data(), text.c_str(), text.size() + 1);
   const FilterOutcome outcome =
       do_filtering_bounded(rules_, buffer_.data(), buffer_.size(), report_);
+  if (outcome == kFilterNoMemory) {
+    throw Refusal("there is no memory to filter text " + std::to_string(texts_));
+  }
   limited_texts_ += outcome == kFilterPassLimit ? 1 : 0;
   for (std::size_t i = 0; i < hits_.size(); ++i) {
     hits_[i] += report_.replacements[i];

@@ -141,10 +141,25 @@ TEST(TextFilter, HasTheOutcomeOfTheSteps) {
     const std::string text = random_text(random, is_long ? 300 : 12);
     const Rules rules = random_rules(random, text, is_long ? 40 : 4);
     const std::size_t room = i % 8 == 1 ? 6000 : random() % 40;
-    memory_is_short = i % 4 == 0;
     ASSERT_TRUE(agrees_with_steps(rules, text, text.size() + 1 + room))
         << i << ": " << text << ", " << rules[0].target << " to " << rules[0].result;
   }
+}
+
+// "a" to "b" needs no memory, "b" to "bb" does.
+TEST(TextFilter, StopsBeforeARuleThatFindsNoMemory) {
+  const Rules rules = {make_rule("a", "b"), make_rule("b", "bb"), make_rule("c", "d")};
+  memory_is_short = true;
+  FilterReport report;
+  EXPECT_EQ(filter_text(rules, "abc", report), "bbc");
+  EXPECT_EQ(report.outcome, kFilterNoMemory);
+  EXPECT_EQ(report.replacements, (std::vector<std::size_t>{1, 0, 0}));
+  std::string text = "abc";
+  char* bytes = text.data();
+  test::take_log();
+  EXPECT_EQ(do_filtering(rules, bytes), kDevcfgFiltered);
+  EXPECT_EQ(test::take_log(), Log{"[do_filtering] Stopped, there is no memory for a rule"});
+  EXPECT_EQ(text, "bbc");
   memory_is_short = false;
 }
 
