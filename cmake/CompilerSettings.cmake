@@ -25,7 +25,7 @@ elseif(ORVANEIP_INSTRUMENT)
   # vptr checks need the type information of SOCI classes that SOCI does not export; with a
   # sanitizer GCC takes initialised objects for uninitialised ones.
   add_compile_options(-fsanitize=${ORVANEIP_INSTRUMENT} -fno-sanitize=vptr -fno-sanitize-recover=all
-                      -fno-omit-frame-pointer -O1 -Wno-maybe-uninitialized)
+                      -fno-omit-frame-pointer -O1 $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_link_options(-fsanitize=${ORVANEIP_INSTRUMENT})
 else()
   add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=3>)

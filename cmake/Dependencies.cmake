@@ -23,7 +23,7 @@ add_library(soci INTERFACE)
 target_link_libraries(soci INTERFACE ${SOCI_CORE_LIBRARY} ${SOCI_SQLITE3_LIBRARY}
                                      PkgConfig::sqlite3)
 
-# Peers for the tests and benchmarks.
-if(BUILD_TESTING OR ORVANEIP_BENCH)
+# Peers for the tests, the benchmarks and the fuzzers.
+if(BUILD_TESTING OR ORVANEIP_BENCH OR ORVANEIP_FUZZ)
   pkg_check_modules(re2 REQUIRED IMPORTED_TARGET re2)
 endif()

@@ -11,7 +11,8 @@ struct Message {
   char text[kLogMessageBytes] = {};
 };
 
-void format_message(Message& message, const char* format, va_list arguments) {
+__attribute__((format(printf, 2, 0))) void format_message(Message& message, const char* format,
+                                                          va_list arguments) {
   if (std::vsnprintf(message.text, sizeof(message.text), format, arguments) < 0) {
     message.text[0] = '\0';
   }

@@ -55,7 +55,7 @@ void write_record(int target, char* text, std::size_t length) {
   write_line(target, text, length);
 }
 
-void emit(const char* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) void emit(const char* format, va_list arguments) {
   const int target = destination();
   if (target == kOff) {
     return;
