@@ -19,23 +19,20 @@ static std::size_t frame_size(const unsigned char* at, std::size_t left, std::si
   return is_whole ? size + 7 : 0;
 }
 
-static void frame_and_unpack(Bytes payload) {
-  Bytes frame(std::max<std::size_t>(payload.size() + 7, 8));
-  devcfg_generate_send_packet(frame.data(), reinterpret_cast<char*>(payload.data()),
-                              static_cast<int>(payload.size()));
-  fuzz::require(frame_size(frame.data(), frame.size(), payload.size()) > 0, "it is a frame");
-  Bytes taken(payload.size());
-  devcfg_unpack_frame(frame.data(), frame.size(), taken.data(), taken.size(), nullptr);
-  fuzz::require(taken == payload, "of the payload");
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) {
     return 0;
   }
   const std::size_t longest = data[0];
   const std::uint8_t* const end = data + size;
-  frame_and_unpack({data + 2, end});
+  Bytes payload(data + 2, end);
+  Bytes frame(std::max<std::size_t>(size + 5, 8));
+  devcfg_generate_send_packet(frame.data(), reinterpret_cast<char*>(payload.data()),
+                              static_cast<int>(payload.size()));
+  fuzz::require(frame_size(frame.data(), frame.size(), size) == size + 5, "a payload's frame");
+  Bytes taken(payload.size());
+  devcfg_unpack_frame(frame.data(), frame.size(), taken.data(), taken.size(), nullptr);
+  fuzz::require(taken == payload, "gives the payload back");
   Bytes kept;
   for (const std::uint8_t *next = data + 2, *arrived = next;;) {
     const bool ended = arrived == end;

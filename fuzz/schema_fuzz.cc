@@ -1,0 +1,59 @@
+// The table of a CREATE TABLE statement is read and added to another database: its columns are
+// those that SQLite tells, and nothing of it is run as SQL.
+// Input: the statement.
+#include <sqlite3.h>
+#include <strings.h>
+
+#include <cstring>
+
+#include "fuzz/fuzz.h"
+#include "tests/support/bare_sqlite.h"
+#include "tests/support/columns.h"
+
+static char wanted_path[] = "file:/wanted?vfs=memdb";
+static char current_path[] = "file:/current?vfs=memdb";
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) { return sqlite3_config(SQLITE_CONFIG_URI, 1); }
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const test::BareSqlite wanted(wanted_path);
+  const test::BareSqlite current(current_path);
+  const std::string text(data, data + size);
+  // The first statement only; a SELECT may run for ever.
+  CSqlite creator(nullptr);
+  if (strncasecmp(text.c_str(), "CREATE TABLE", 12) == 0 && !strcasestr(text.c_str(), "SELECT")) {
+    creator.openDatabase(wanted_path);
+    creator.Parametrized_ExecSQL(text.c_str(), nullptr);
+  }
+  const auto told = wanted.query(
+      "SELECT c.name, c.type, t.name, '\"' || replace(t.name, '\"', '\"\"') || '\"'"
+      " FROM sqlite_master t, pragma_table_xinfo(t.name) c WHERE t.rowid = 1");
+  if (!told || told->rows == 0) {
+    return 0;
+  }
+  std::string table = *told->at(0, 2);
+  const test::Columns columns = test::load(wanted_path, table);
+  test::Texts expected = {{"old", ""}};
+  for (int i = 0; i < told->rows; ++i) {
+    const auto& [name, type] = std::tie(*told->at(i, 0), *told->at(i, 1));
+    if (columns == nullptr && std::max(name.size(), type.size()) >= kColumnTextBytes) {
+      return 0;
+    }
+    fuzz::require(columns != nullptr && name == columns->col_name[i] &&
+                      strncasecmp(columns->col_type[i], type.c_str(),
+                                  std::strcspn(columns->col_type[i], "(")) == 0,
+                  "a table is read as SQLite tells it");
+    expected.emplace_back(columns->col_name[i], columns->col_type[i]);
+  }
+  current.exec("CREATE TABLE canary(a); CREATE TABLE " + *told->at(0, 3) + "(old)");
+  const test::Columns old = test::load(current_path, table);
+  const test::Columns added(devcfg_compare_table_schema(old.get(), columns.get(), nullptr));
+  if (devcfg_update_table(added.get(), table.data(), current_path) == 0 &&
+      added->col_count == columns->col_count) {
+    const test::Columns upgraded = test::load(current_path, table);
+    fuzz::require(test::texts_of(*upgraded) == expected, "every column is added");
+  }
+  const auto left = current.query("SELECT name FROM sqlite_master UNION ALL SELECT a FROM canary");
+  fuzz::require(left && left->rows == 2, "nothing of it is run");
+  return 0;
+}

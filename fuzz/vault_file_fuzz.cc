@@ -1,0 +1,47 @@
+// The vault database as bytes of a file, under every call that reads and changes it. A file that is
+// refused stays as it is.
+// Input: the file.
+#include <json-c/json.h>
+
+#include "fuzz/fuzz.h"
+#include "orvaneip.h"
+#include "tests/support/temp_folder.h"
+
+static void read_and_change(char* id, json_object* list) {
+  int code = 0;
+  devcfg_add_device(id, id, nullptr, id, id, nullptr, nullptr, list, 0, false, true, &code);
+  char name[kVaultNameBytes];
+  char description[kDescriptionBytes];
+  std::vector<int> indexes;
+  devcfg_modify_device(id, nullptr, list, nullptr, nullptr, nullptr, list, nullptr, list, name,
+                       description, indexes);
+  char text[4096] = "a text";
+  FilterReport report;
+  ft_filter_string_bounded(id, text, sizeof(text), report);
+  devcfg_modify_filter(id, list);
+  notify_camera_modified(id, id, 0);
+  json_object* document = devcfg_get_all_device(&code, nullptr, nullptr, nullptr);
+  json_object* again = json_tokener_parse(json_object_to_json_string(document));
+  fuzz::require(json_object_equal(document, again) != 0, "the listing is JSON");
+  json_object_put(document);
+  json_object_put(again);
+  devcfg_remove_device(id, name, description);
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const test::TempVault folder;
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+    std::remove((folder.database() + suffix).c_str());
+  }
+  const std::string bytes(data, data + size);
+  test::write_file(folder.database(), bytes);
+  const bool is_opened = CDataSource().init() == 0;
+  json_object* list = json_tokener_parse(R"([{"guid":"g","channel_index":1,"name":"n"}])");
+  for (std::string id : {"a", "new"}) {
+    read_and_change(id.data(), list);
+  }
+  json_object_put(list);
+  fuzz::require(is_opened || test::read_file(folder.database()) == bytes,
+                "what is refused stays as it is");
+  return 0;
+}
