@@ -43,18 +43,16 @@ class Files {
   std::optional<ConfigFile> device_tree_;
 };
 
-void copy_value(const Files& files, const char* entry, const char* node, const char* key) {
-  char value[1024];
-  orvaneip::read_value(files.builtin_list(), orvaneip::kNone, value, kTop, entry, key);
-  xmlcfg_set_str(files.device_tree(), value, kTop, node, key, nullptr);
+void copy_value(const Files& files, int entry, const char* node, const char* key) {
+  const std::string value = orvaneip::entry_value(files.builtin_list(), entry, key);
+  xmlcfg_set_str(files.device_tree(), value.c_str(), kTop, node, key, nullptr);
 }
 
 void add_node(const Files& files, const BuiltinAddition& addition) {
-  const std::string entry = orvaneip::entry_name(addition.entry);
   const char* node = addition.node_name.c_str();
   for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
                           "install_path", "db_name"}) {
-    copy_value(files, entry.c_str(), node, key);
+    copy_value(files, addition.entry, node, key);
   }
   xmlcfg_set_str(files.device_tree(), "true", kTop, node, "enable", nullptr);
 }

@@ -16,9 +16,12 @@ namespace {
 constexpr char kTop[] = "device";
 constexpr char kNodeList[] = "device_node_list";
 
+std::string entry_name(int entry) { return "builtin_" + std::to_string(entry); }
+
 struct Entry {
   std::string key;
-  std::string mark;  // empty when it reads as true
+  std::string mark;  // as a node gets it
+  bool marks_builtin;
   bool present = false;
 };
 
@@ -26,13 +29,8 @@ Entry read_entry(void* builtin_list, int number) {
   const std::string name = entry_name(number);
   char key[kValueBytes];
   read_value(builtin_list, kNone, key, kTop, name.c_str(), "qid");
-  Entry entry{key, ""};
-  if (!xmlcfg_get_bool(builtin_list, false, kTop, name.c_str(), "builtin", nullptr)) {
-    char mark[kValueBytes];
-    read_value(builtin_list, kNone, mark, kTop, name.c_str(), "builtin");
-    entry.mark = mark;
-  }
-  return entry;
+  return {key, entry_value(builtin_list, number, "builtin"),
+          xmlcfg_get_bool(builtin_list, false, kTop, name.c_str(), "builtin", nullptr)};
 }
 
 std::vector<Entry> read_entries(void* builtin_list) {
@@ -103,9 +101,11 @@ bool tie_builtin_node(std::vector<Entry>& entries, const std::string& key) {
 }
 
 // A node made from an entry whose mark does not read as true bears the same mark.
-void tie_marked_node(std::vector<Entry>& entries, const std::string& key, const std::string& mark) {
+void tie_marked_node(void* device_tree, const std::string& name, std::vector<Entry>& entries,
+                     const std::string& key) {
   const auto made_from = std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) {
-    return !entry.present && !entry.mark.empty() && entry.mark == mark && entry.key == key;
+    return !entry.present && !entry.marks_builtin && entry.key == key &&
+           holds_value(device_tree, entry.mark, kTop, name.c_str(), "builtin");
   });
   if (made_from != entries.end()) {
     made_from->present = true;
@@ -119,9 +119,7 @@ bool tie_node(void* device_tree, const std::string& name, std::vector<Entry>& en
   if (xmlcfg_get_bool(device_tree, false, kTop, name.c_str(), "builtin", nullptr)) {
     return tie_builtin_node(entries, key);
   }
-  char mark[kValueBytes];
-  read_value(device_tree, "", mark, kTop, name.c_str(), "builtin");
-  tie_marked_node(entries, key, mark);
+  tie_marked_node(device_tree, name, entries, key);
   return true;
 }
 
@@ -177,7 +175,11 @@ void add_nodes(const std::vector<Entry>& entries, std::vector<std::string>& name
 
 }  // namespace
 
-std::string entry_name(int entry) { return "builtin_" + std::to_string(entry); }
+std::string entry_value(void* builtin_list, int entry, const char* key) {
+  char value[1024];
+  read_value(builtin_list, kNone, value, kTop, entry_name(entry).c_str(), key);
+  return value;
+}
 
 BuiltinPlan plan_builtin(void* builtin_list, void* device_tree) {
   std::vector<Entry> entries = read_entries(builtin_list);

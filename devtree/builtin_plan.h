@@ -17,7 +17,7 @@ struct BuiltinPlan {
 // The trees are open handles.
 BuiltinPlan plan_builtin(void* builtin_list, void* device_tree);
 
-// "builtin_%d"
-std::string entry_name(int entry);
+// The value of an entry as a node gets it: cut to 1,023 bytes, "NULL" when it is absent.
+std::string entry_value(void* builtin_list, int entry, const char* key);
 
 }  // namespace orvaneip

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -34,6 +35,15 @@ template <std::size_t kSize, typename... Names>
 void read_value(void* tree, const char* default_value, char (&buffer)[kSize], Names... path) {
   buffer[0] = '\0';
   xmlcfg_get_str(tree, default_value, buffer, static_cast<int>(kSize), path..., nullptr);
+}
+
+// True when there is a value at the path, and it is `value`.
+template <typename... Names>
+bool holds_value(void* tree, const std::string& value, Names... path) {
+  std::string stored(value.size() + 2, '\0');
+  const char* const other = value.empty() ? kNone : "";
+  xmlcfg_get_str(tree, other, stored.data(), static_cast<int>(stored.size()), path..., nullptr);
+  return stored.c_str() == value;
 }
 
 }  // namespace orvaneip

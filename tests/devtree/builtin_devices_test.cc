@@ -172,7 +172,7 @@ TEST(CheckBuiltin, GeneratedPairsFollowTheModel) {
         list += (random() % 4 == 0 ? ",," : ",") + name(number);
         const std::string node = name(number, ";");
         values += node + "/qid=" + key + node + "/builtin=" + (builtin ? "YES" : "no") + node +
-                  "/description=words";
+                  "/enable=false" + node + "/description=words";
         (builtin && !contains(keys, key) ? removed : names).push_back(name(number));
         std::erase(missing, builtin ? key : "");
       }
@@ -211,7 +211,8 @@ TEST(CheckBuiltin, DisorderlyPairsSettleAfterOneRun) {
     const auto pick = [&](const Lines& texts) { return texts[random() % texts.size()]; };
     const auto values = [&](const std::string& at) {
       return pick({"", at + "/qid=A", at + "/qid=B", at + "/qid=NULL"}) +
-             pick({"", at + "/builtin=On", at + "/builtin=no", at + "/builtin=NULL"});
+             pick({"", at + "/builtin=On", at + "/builtin=no", at + "/builtin=NULL",
+                   at + "/builtin="});
     };
     std::string entries = pick({"no=1", "no=4", "no=-1", "no=none"});
     std::string nodes =
