@@ -63,14 +63,20 @@ std::string read_node_list(void* device_tree) {
   }
 }
 
+// An item "NULL" names no node.
+std::ptrdiff_t count_nodes(const std::vector<std::string>& names) {
+  return std::ssize(names) - std::count(names.begin(), names.end(), kNone);
+}
+
 std::vector<std::string> read_names(void* device_tree) {
   std::string list = read_node_list(device_tree);
-  const std::vector<char*> names = cut_names(list.data());
-  if (names.size() > kMaxDeviceNodes) {
-    orvane_log_debug("[libdevcfg] %zu node names, those beyond %d are ignored", names.size(),
+  const std::vector<char*> items = cut_names(list.data());
+  std::vector<std::string> names(items.begin(), items.end());
+  if (const auto count = count_nodes(names); count > kMaxDeviceNodes) {
+    orvane_log_debug("[libdevcfg] %td node names, those beyond %d are ignored", count,
                      kMaxDeviceNodes);
   }
-  return {names.begin(), names.end()};
+  return names;
 }
 
 std::string join(const std::vector<std::string>& names) {
@@ -127,12 +133,17 @@ bool tie_node(void* device_tree, const std::string& name, std::vector<Entry>& en
 std::vector<std::string> drop_nodes(void* device_tree, std::vector<Entry>& entries,
                                     std::vector<std::string>& names) {
   std::vector<std::string> dropped;
-  const std::size_t looked_at = std::min<std::size_t>(names.size(), kMaxDeviceNodes);
-  for (std::size_t i = 0; i < looked_at; ++i) {
-    if (!contains(dropped, names[i]) && !tie_node(device_tree, names[i], entries)) {
-      orvane_log_debug("[libdevcfg] device_%03d need to remove",
-                       node_number(names[i]).value_or(-1));
-      dropped.push_back(names[i]);
+  int looked_at = 0;
+  for (const std::string& name : names) {
+    if (name == kNone) {
+      continue;
+    }
+    if (looked_at++ == kMaxDeviceNodes) {
+      break;
+    }
+    if (!contains(dropped, name) && !tie_node(device_tree, name, entries)) {
+      orvane_log_debug("[libdevcfg] device_%03d need to remove", node_number(name).value_or(-1));
+      dropped.push_back(name);
     }
   }
   std::erase_if(names, [&](const std::string& name) { return contains(dropped, name); });
@@ -148,10 +159,6 @@ std::string free_name(const std::vector<std::string>& names) {
   return node_name(number).text;
 }
 
-bool is_full(const std::vector<std::string>& names) {
-  return std::ssize(names) - std::count(names.begin(), names.end(), kNone) >= kMaxDeviceNodes;
-}
-
 // Adds a name to `names` for each entry without a node, until they are full.
 void add_nodes(const std::vector<Entry>& entries, std::vector<std::string>& names,
                BuiltinChanges& changes) {
@@ -160,7 +167,7 @@ void add_nodes(const std::vector<Entry>& entries, std::vector<std::string>& name
       continue;
     }
     orvane_log_debug("[libdevcfg] builtin_%d need to add", number);
-    if (is_full(names)) {
+    if (count_nodes(names) >= kMaxDeviceNodes) {
       orvane_log_debug("[libdevcfg] reach max device number");
       changes.limit_reached = true;
       return;

@@ -127,25 +127,27 @@ TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
   const test::Tree not_locked(files.builtin_list(), kCfgChange);
 }
 
-// So many nodes of the user and so many entries. The names take more than 1,024 bytes.
+// So many nodes of the user, after this item, and so many entries. The list outgrows 1,024 bytes.
 TEST(CheckBuiltin, Limits) {
-  const std::tuple<int, int, int, int> kRows[] = {
-      {0, 200, 128, 0}, {127, 1, 128, 0}, {126, 5, 128, -1}, {140, 2, 140, -1}};
+  using Row = std::tuple<std::string, int, int, int, int>;
+  const Row kRows[] = {Row("", 0, 200, 128, 0), Row("", 127, 1, 128, 0),
+                       Row("NULL,", 127, 1, 128, 0), Row("", 126, 5, 128, -1),
+                       Row("", 140, 2, 140, -1)};
   Lines names;
   for (int i = 0; i < 200; ++i) {
     names.push_back(name(i));
   }
   const auto first = [&](int count) { return Lines(names.begin(), names.begin() + count); };
-  for (const auto& [users, entries, stored, result] : kRows) {
+  for (const auto& [item, users, entries, stored, result] : kRows) {
     const ConfigFiles files;
     write_entries(files, first(entries));
     test::write_tree(files.device_tree(), "device",
-                     "device_139/builtin=true;device_127/qid=user's;device_node_list=" +
+                     "device_139/builtin=true;device_127/qid=user's;device_node_list=" + item +
                          joined(first(users)));  // 139 is beyond what is looked at
     test::take_log();
     EXPECT_EQ(devcfg_check_builtin(), result);
     EXPECT_EQ(log_line().ends_with("reach max device number"), result != 0) << users;
-    EXPECT_EQ(value_at(files, "device_node_list"), joined(first(stored)));
+    EXPECT_EQ(value_at(files, "device_node_list"), item + joined(first(stored)));
     EXPECT_EQ(value_at(files, "device_127/enable"), users < 128 ? "true" : "(absent)");
     expect_second_run_changes_nothing(files, result);
   }
