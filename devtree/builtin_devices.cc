@@ -1,6 +1,8 @@
 #include "devtree/builtin_devices.h"
 
+#include <algorithm>
 #include <optional>
+#include <string>
 
 #include "devtree/builtin_plan.h"
 #include "devtree/config_file.h"
@@ -32,6 +34,9 @@ class Files {
   void* builtin_list() const { return builtin_list_.handle(); }
   void* device_tree() const { return device_tree_->handle(); }
 
+  // Forgets what was changed in the device tree.
+  void discard() { device_tree_->discard(); }
+
   // False when a change could not be saved.
   bool close() {
     const bool closed = builtin_list_.close();
@@ -43,28 +48,33 @@ class Files {
   std::optional<ConfigFile> device_tree_;
 };
 
-void copy_value(const Files& files, int entry, const char* node, const char* key) {
-  const std::string value = orvaneip::entry_value(files.builtin_list(), entry, key);
-  xmlcfg_set_str(files.device_tree(), value.c_str(), kTop, node, key, nullptr);
+// False when the tree does not hold the value afterwards: the next run goes by what it reads.
+template <typename... Names>
+bool store(const Files& files, const std::string& value, Names... path) {
+  xmlcfg_set_str(files.device_tree(), value.c_str(), kTop, path..., nullptr);
+  return orvaneip::holds_value(files.device_tree(), value, kTop, path...);
 }
 
-void add_node(const Files& files, const BuiltinAddition& addition) {
+bool add_node(const Files& files, const BuiltinAddition& addition) {
   const char* node = addition.node_name.c_str();
   for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
                           "install_path", "db_name"}) {
-    copy_value(files, addition.entry, node, key);
+    if (!store(files, orvaneip::entry_value(files.builtin_list(), addition.entry, key), node,
+               key)) {
+      return false;
+    }
   }
-  xmlcfg_set_str(files.device_tree(), "true", kTop, node, "enable", nullptr);
+  return store(files, "true", node, "enable");
 }
 
-void carry_out(const BuiltinPlan& plan, const Files& files) {
+bool carry_out(const BuiltinPlan& plan, const Files& files) {
   for (const std::string& name : plan.changes.removed) {
     xmlcfg_remove(files.device_tree(), kTop, name.c_str(), nullptr);
   }
-  for (const BuiltinAddition& addition : plan.changes.added) {
-    add_node(files, addition);
-  }
-  xmlcfg_set_str(files.device_tree(), plan.node_list.c_str(), kTop, "device_node_list", nullptr);
+  const auto& added = plan.changes.added;
+  return std::all_of(added.begin(), added.end(),
+                     [&](const BuiltinAddition& each) { return add_node(files, each); }) &&
+         store(files, plan.node_list, "device_node_list");
 }
 
 }  // namespace
@@ -75,7 +85,11 @@ int devcfg_check_builtin() {
     return -1;
   }
   const BuiltinPlan plan = orvaneip::plan_builtin(files.builtin_list(), files.device_tree());
-  carry_out(plan, files);
+  if (!carry_out(plan, files)) {
+    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes, nothing is changed");
+    files.discard();
+    return -1;
+  }
   return files.close() && !plan.changes.limit_reached ? 0 : -1;
 }
 

@@ -31,9 +31,11 @@ struct BuiltinChanges {
 // that is absent. Nodes that stay keep all their values. Then stores the node list, without empty
 // items; "NULL" alone stands for no node. A second run changes nothing.
 //
-// 0 when the device tree matches the list afterwards. -1, with a log line, when a file cannot be
-// opened (nothing has changed) or saved, and at the limit of 128 nodes: then removals and the
-// additions before it are stored, and the node list with them.
+// 0 when the device tree matches the list afterwards. -1, with a log line,
+//  - when a file cannot be opened or saved, or the device tree does not take a value (its top
+//    element is not "device"): then nothing has changed;
+//  - at the limit of 128 nodes: then removals and the additions before it are stored, and the node
+//    list with them.
 //
 // Where files are not as they should be:
 //  - Entries that share a key are tied to nodes one to one, as far as there are nodes.

@@ -127,6 +127,16 @@ TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
   const test::Tree not_locked(files.builtin_list(), kCfgChange);
 }
 
+TEST(CheckBuiltin, AFileThatTakesNoNodesStaysAsItIs) {
+  for (const Lines& keys : {Lines{"A"}, Lines{}}) {
+    const ConfigFiles files;
+    write_entries(files, keys);
+    test::write_file(files.device_tree(), "<other><x/></other>");
+    expect_second_run_changes_nothing(files, -1);
+    EXPECT_TRUE(test::take_product_log().back().ends_with("nothing is changed"));
+  }
+}
+
 // So many nodes of the user, after this item, and so many entries. The list outgrows 1,024 bytes.
 TEST(CheckBuiltin, Limits) {
   using Row = std::tuple<std::string, int, int, int, int>;
