@@ -3,12 +3,8 @@
 // Input: the built-in list, then the device tree.
 #include <map>
 
-#include "foundation/split.h"
 #include "fuzz/fuzz.h"
-#include "orvaneip.h"
 #include "tests/support/config_files.h"
-
-using Nodes = std::map<std::string, std::string>;
 
 static std::string value(void* tree, const char* name, const char* key) {
   char text[8192];
@@ -17,8 +13,8 @@ static std::string value(void* tree, const char* name, const char* key) {
 }
 
 // The values of the listed nodes that are not built-in.
-static Nodes read_users_nodes(const std::string& file) {
-  Nodes nodes;
+static std::map<std::string, std::string> read_users_nodes(const std::string& file) {
+  std::map<std::string, std::string> nodes;
   void* tree = xmlcfg_open(kCfgRead, file.c_str());
   const std::string list = value(tree, "device_node_list", nullptr);
   for (const std::string& name : split(list, ',')) {
@@ -39,10 +35,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto texts = fuzz::texts_of(data, size, 2);
   test::write_file(files.builtin_list(), texts[0]);
   test::write_file(files.device_tree(), texts[1]);
-  const Nodes before = read_users_nodes(files.device_tree());
+  const auto before = read_users_nodes(files.device_tree());
   const int result = devcfg_check_builtin();
   fuzz::require(test::read_file(files.builtin_list()) == texts[0], "the list is only read");
-  Nodes after = read_users_nodes(files.device_tree());
+  auto after = read_users_nodes(files.device_tree());
   for (const auto& [name, values] : before) {
     fuzz::require(after[name] == values, "the user's nodes stay as they are");
   }

@@ -1,17 +1,15 @@
-// Search text as LIKE patterns and as an expression, against the plain steps; the expression has to
-// compile.
+// Search text as LIKE patterns and as an expression, against the plain steps.
 // Input: the search text, then patterns that are held already.
 #include <re2/re2.h>
 
 #include "fuzz/fuzz.h"
 #include "fuzz/plain_patterns.h"
-#include "orvaneip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::Texts patterns = fuzz::texts_of(data, size, 1);
+  std::vector<std::string> patterns = fuzz::texts_of(data, size, 1);
   const std::string input = patterns[0].c_str();
   patterns.erase(patterns.begin());
-  fuzz::Texts plain_patterns = patterns;
+  std::vector<std::string> plain_patterns = patterns;
   fuzz::plain_like(input, plain_patterns);
   check_abnormal_char_for_special_for_SQL(input.c_str(), patterns);
   fuzz::require(patterns == plain_patterns, "the patterns are those of the steps");

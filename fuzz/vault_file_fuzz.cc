@@ -4,10 +4,10 @@
 #include <json-c/json.h>
 
 #include "fuzz/fuzz.h"
-#include "orvaneip.h"
 #include "tests/support/temp_folder.h"
 
-static void read_and_change(char* id, json_object* list) {
+static void read_and_change(std::string vault_id, json_object* list) {
+  char* id = vault_id.data();
   int code = 0;
   devcfg_add_device(id, id, nullptr, id, id, nullptr, nullptr, list, 0, false, true, &code);
   char name[kVaultNameBytes];
@@ -15,16 +15,12 @@ static void read_and_change(char* id, json_object* list) {
   std::vector<int> indexes;
   devcfg_modify_device(id, nullptr, list, nullptr, nullptr, nullptr, list, nullptr, list, name,
                        description, indexes);
-  char text[4096] = "a text";
-  FilterReport report;
-  ft_filter_string_bounded(id, text, sizeof(text), report);
+  std::vector<rule> rules;
+  get_rule_list(id, rules);
   devcfg_modify_filter(id, list);
   notify_camera_modified(id, id, 0);
-  json_object* document = devcfg_get_all_device(&code, nullptr, nullptr, nullptr);
-  json_object* again = json_tokener_parse(json_object_to_json_string(document));
-  fuzz::require(json_object_equal(document, again) != 0, "the listing is JSON");
-  json_object_put(document);
-  json_object_put(again);
+  json_object_put(devcfg_get_all_device(&code, nullptr, nullptr, nullptr));
+  fuzz::require(code == 0, "there is a listing, be it of nothing");
   devcfg_remove_device(id, name, description);
 }
 
@@ -37,11 +33,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   test::write_file(folder.database(), bytes);
   const bool is_opened = CDataSource().init() == 0;
   json_object* list = json_tokener_parse(R"([{"guid":"g","channel_index":1,"name":"n"}])");
-  for (std::string id : {"a", "new"}) {
-    read_and_change(id.data(), list);
-  }
+  read_and_change("a", list);
+  read_and_change("new", list);
   json_object_put(list);
-  fuzz::require(is_opened || test::read_file(folder.database()) == bytes,
-                "what is refused stays as it is");
+  fuzz::require(is_opened || test::read_file(folder.database()) == bytes, "it is left alone");
   return 0;
 }
