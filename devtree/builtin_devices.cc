@@ -1,6 +1,5 @@
 #include "devtree/builtin_devices.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -34,9 +33,6 @@ class Files {
   void* builtin_list() const { return builtin_list_.handle(); }
   void* device_tree() const { return device_tree_->handle(); }
 
-  // Forgets what was changed in the device tree.
-  void discard() { device_tree_->discard(); }
-
   // False when a change could not be saved.
   bool close() {
     const bool closed = builtin_list_.close();
@@ -48,33 +44,44 @@ class Files {
   std::optional<ConfigFile> device_tree_;
 };
 
-// False when the tree does not hold the value afterwards: the next run goes by what it reads.
-template <typename... Names>
-bool store(const Files& files, const std::string& value, Names... path) {
-  xmlcfg_set_str(files.device_tree(), value.c_str(), kTop, path..., nullptr);
-  return orvaneip::holds_value(files.device_tree(), value, kTop, path...);
-}
+// Stores values, and reads them back: the next run goes by what it reads.
+class Storing {
+ public:
+  explicit Storing(const Files& files) : files_(files) {}
 
-bool add_node(const Files& files, const BuiltinAddition& addition) {
-  const char* node = addition.node_name.c_str();
-  for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
-                          "install_path", "db_name"}) {
-    if (!store(files, orvaneip::entry_value(files.builtin_list(), addition.entry, key), node,
-               key)) {
-      return false;
+  bool all_held() const { return all_held_; }
+
+  void add_node(const BuiltinAddition& addition) {
+    const char* node = addition.node_name.c_str();
+    for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
+                            "install_path", "db_name"}) {
+      store(orvaneip::entry_value(files_.builtin_list(), addition.entry, key), node, key);
     }
+    store("true", node, "enable");
   }
-  return store(files, "true", node, "enable");
-}
 
+  template <typename... Names>
+  void store(const std::string& value, Names... path) {
+    xmlcfg_set_str(files_.device_tree(), value.c_str(), kTop, path..., nullptr);
+    all_held_ &= orvaneip::holds_value(files_.device_tree(), value, kTop, path...);
+  }
+
+ private:
+  const Files& files_;
+  bool all_held_ = true;
+};
+
+// False when the tree does not hold all of it afterwards.
 bool carry_out(const BuiltinPlan& plan, const Files& files) {
   for (const std::string& name : plan.changes.removed) {
     xmlcfg_remove(files.device_tree(), kTop, name.c_str(), nullptr);
   }
-  const auto& added = plan.changes.added;
-  return std::all_of(added.begin(), added.end(),
-                     [&](const BuiltinAddition& each) { return add_node(files, each); }) &&
-         store(files, plan.node_list, "device_node_list");
+  Storing storing(files);
+  for (const BuiltinAddition& addition : plan.changes.added) {
+    storing.add_node(addition);
+  }
+  storing.store(plan.node_list, "device_node_list");
+  return storing.all_held();
 }
 
 }  // namespace
@@ -85,12 +92,11 @@ int devcfg_check_builtin() {
     return -1;
   }
   const BuiltinPlan plan = orvaneip::plan_builtin(files.builtin_list(), files.device_tree());
-  if (!carry_out(plan, files)) {
-    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes, nothing is changed");
-    files.discard();
-    return -1;
+  const bool stored = carry_out(plan, files);
+  if (!stored) {
+    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes");
   }
-  return files.close() && !plan.changes.limit_reached ? 0 : -1;
+  return files.close() && stored && !plan.changes.limit_reached ? 0 : -1;
 }
 
 int devcfg_preview_builtin(BuiltinChanges& changes) {

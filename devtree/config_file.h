@@ -17,9 +17,6 @@ class ConfigFile {
   bool is_open() const { return handle_ != nullptr; }
   void* handle() const { return handle_; }
 
-  // Closes without saving.
-  void discard() { xmlcfg_close(std::exchange(handle_, nullptr), false); }
-
   // Saves what was changed. False when that failed.
   bool close() {
     void* handle = std::exchange(handle_, nullptr);
