@@ -7,7 +7,6 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <random>
 #include <thread>
 
 #include "orvaneip.h"
@@ -101,22 +100,6 @@ TEST_F(TreeSave, ProcessesAndThreadsThatAddAtOnceLoseNothingAndReadersSeeWholeFi
   }
   EXPECT_EQ(count_nodes(file_), 48);
   EXPECT_EQ(left_over(), 0);
-}
-
-TEST_F(TreeSave, AKilledWriterLeavesAWholeFileAndNoLock) {
-  std::mt19937 random(std::random_device{}());
-  int before = 0;
-  for (int round = 0; round < 25; ++round) {
-    const pid_t writer = test::start([this, round] { return add_nodes(file_, round, 1'000'000); });
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 30'000));
-    kill(writer, SIGKILL);
-    ASSERT_EQ(test::wait_for(writer), -SIGKILL);
-    ASSERT_TRUE(add_node(file_, std::string("after").append(std::to_string(round))));
-    const int count = count_nodes(file_);
-    EXPECT_GT(count, before);
-    before = count;
-    EXPECT_EQ(left_over(), 0);
-  }
 }
 
 TEST_F(TreeSave, AFullDiskLeavesTheOldFile) {

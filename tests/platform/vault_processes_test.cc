@@ -1,10 +1,5 @@
-// Several processes on one vault database, and processes that are killed.
-#include <signal.h>
-
+// Several processes on one vault database.
 #include <chrono>
-#include <fstream>
-#include <map>
-#include <random>
 #include <set>
 #include <thread>
 
@@ -57,19 +52,6 @@ void in_six_processes(const std::function<int(const std::string&)>& work) {
   }
 }
 
-// Adds and renames data sources until it is killed; tells each change that was acknowledged.
-int change_until_killed(int round, const std::string& told) {
-  std::ofstream tell(told);
-  for (int number = 1000;; ++number) {
-    const std::string id = std::to_string(round) + '-' + std::to_string(number % 3);
-    const std::string name = number < 1003 ? id : id + '/' + std::to_string(number);
-    if ((number < 1003 ? add(id) : rename(id, name)) != 0) {
-      return 1;
-    }
-    tell << id + '=' + name + '\n' << std::flush;
-  }
-}
-
 }  // namespace
 
 TEST(VaultProcesses, AddModifyAndListAtOnce) {
@@ -106,38 +88,4 @@ TEST(VaultProcesses, BeginOnADatabaseThatDoesNotExist) {
     in_six_processes(add);
     expect_sound(database, 6);
   }
-}
-
-TEST(VaultProcesses, KilledAtAnyMomentLoseNothingAcknowledged) {
-  const test::TempVault folder;
-  const std::string told = folder.file("told");
-  std::mt19937 random(20260118);
-  std::map<std::string, std::string> acknowledged;
-  for (int round = 0; round < 40; ++round) {
-    test::write_file(told, "");
-    const pid_t child = test::start([&] { return change_until_killed(round, told); });
-    std::this_thread::sleep_for(std::chrono::microseconds(5'000 + random() % 150'000));
-    kill(child, SIGKILL);
-    EXPECT_EQ(test::wait_for(child), -SIGKILL);
-    for (const std::string& line : split(test::read_file(told).c_str(), '\n')) {
-      acknowledged[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
-    }
-    std::map<std::string, std::string> names;
-    for (const auto& record : test::stored()) {
-      names[record.vault_id] = record.vault_name;
-    }
-    for (const auto& [id, name] : acknowledged) {
-      // The change after it may have been stored before it could be acknowledged.
-      const bool may_be_newer = id.starts_with(std::to_string(round) + "-");
-      EXPECT_TRUE(names[id] == name || (may_be_newer && names[id] > name)) << id << names[id];
-    }
-    acknowledged = names;  // what was there stays there
-    expect_sound(folder.database(), names.size());
-    const auto start = steady_clock::now();
-    EXPECT_EQ(add("next"), 0);
-    char next[] = "next";
-    EXPECT_EQ(devcfg_remove_device(next, nullptr, nullptr), 0);
-    EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(5));
-  }
-  EXPECT_GT(acknowledged.size(), 40U);
 }
