@@ -20,7 +20,8 @@
 inline constexpr int kMaxDeviceNodes = 128;
 
 // Creates the file of the device tree, holding just the XML declaration, when there is none. True
-// when it exists or was created; false, and a log line, when it cannot be. Its folder is not
+// when it exists or was created and is on the disk; false, and a log line, when it cannot be. It is
+// its owner's alone (mode 0600), since passwords of devices are kept in it. Its folder is not
 // created. An existing file is never emptied, not even one that may not be read or that another
 // process creates at the same time.
 ORVANEIP_API bool initial_xml();
