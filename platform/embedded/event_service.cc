@@ -43,8 +43,9 @@ int aevt_remove_event(std::string event_id) {
     return 0;
   }
   try {
+    engine::LockWait wait;
     soci::session sql;
-    engine::open(sql, path);
+    engine::open(sql, path, wait);
     return remove_from(sql, event_id) ? 1 : 0;
   } catch (const soci::soci_error& error) {
     report(path, error.get_error_message());

@@ -12,6 +12,8 @@ namespace {
 
 using std::chrono::steady_clock;
 
+// A writer that makes one change after the other leaves only moments in between.
+constexpr std::chrono::microseconds kLongestPause(1'000);
 constexpr int kOpenFlags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
 
 FileDescriptor open_lock_file(const std::string& name, const struct stat& like) {
@@ -45,7 +47,7 @@ std::optional<FileLock> FileLock::take(const std::string& path, const struct sta
   }
   const auto deadline = steady_clock::now() + std::chrono::milliseconds(kWaitMs);
   for (auto pause = std::chrono::microseconds(200); !try_lock(file.get());
-       pause = std::min(pause * 2, std::chrono::microseconds(5'000))) {
+       pause = std::min(pause * 2, kLongestPause)) {
     const int error = errno;
     if (!is_held_elsewhere(error) || steady_clock::now() >= deadline) {
       file.close_now();

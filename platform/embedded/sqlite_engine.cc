@@ -17,6 +17,9 @@ using namespace metadata_vault;
 constexpr int kApplicationId = 0x4F52564E;
 constexpr int kVersionMark = 0x4F525600;
 constexpr int kVersionMask = 0xFF;
+// Between two tries to take a lock. SQLite's own wait pauses for up to 100 ms, and then hardly ever
+// meets the moment between two changes of a writer that makes one after the other.
+constexpr auto kPause = std::chrono::milliseconds(2);
 // Thrown by the trigger below, recognised by status_of.
 constexpr char kFullMessage[] = "the vault list is full";
 
@@ -104,6 +107,20 @@ VaultStatus io_status(sqlite_api::sqlite3* handle) {
   }
 }
 
+// Called when a lock is taken, `pauses` times before for the same one. 0 gives up.
+int pause_or_give_up(void* lock_wait, int pauses) {
+  auto& deadline = static_cast<LockWait*>(lock_wait)->deadline;
+  const auto now = std::chrono::steady_clock::now();
+  if (pauses == 0) {
+    deadline = now + std::chrono::milliseconds(kLockWaitMs);
+  }
+  if (now >= deadline) {
+    return 0;
+  }
+  std::this_thread::sleep_for(kPause);
+  return 1;
+}
+
 bool is_busy(const soci::soci_error& error) {
   const auto* sqlite_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
   return sqlite_error != nullptr && sqlite_error->result() == SQLITE_BUSY;
@@ -113,9 +130,9 @@ bool is_busy(const soci::soci_error& error) {
 
 const char kKeyColumn[] = "INTEGER PRIMARY KEY AUTOINCREMENT";
 
-void open(soci::session& sql, const std::string& path) {
+void open(soci::session& sql, const std::string& path, LockWait& wait) {
   sql.open(soci::sqlite3, connection_string(path));
-  sqlite_api::sqlite3_busy_timeout(handle_of(sql), kLockWaitMs);
+  sqlite_api::sqlite3_busy_handler(handle_of(sql), pause_or_give_up, &wait);
   keep_write_ahead_log(sql);
   empty_log_on_close(sql, false);
 }
@@ -145,7 +162,7 @@ void prepare_empty(soci::session& sql) {
         throw;
       }
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    std::this_thread::sleep_for(kPause);
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <soci/soci.h>
 
+#include <chrono>
 #include <string>
 
 #include "platform/vault_status.h"
@@ -12,8 +13,13 @@ namespace orvaneplatform::sqlite_engine {
 // How long a writer waits for another one. Readers do not wait.
 inline constexpr int kLockWaitMs = 10'000;
 
-// Opens the file, which must exist.
-void open(soci::session& sql, const std::string& path);
+// A connection's wait for the lock of another one.
+struct LockWait {
+  std::chrono::steady_clock::time_point deadline;
+};
+
+// Opens the file, which must exist. `wait` has to live as long as the session.
+void open(soci::session& sql, const std::string& path, LockWait& wait);
 
 // The version of the stored schema; 0 when there is none. Throws when the file is no vault
 // database.

@@ -31,7 +31,7 @@ VaultStatus VaultConnectionState::open_file(const std::string& path) {
                           path + ": " + std::generic_category().message(error));
   }
   try {
-    engine::open(sql_, path);
+    engine::open(sql_, path, wait_);
     const int version = engine::schema_version(sql_);
     if (version > orvaneplatform::kSchemaVersion) {
       return report_failure("init", kVaultNewerSchema,

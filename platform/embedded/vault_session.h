@@ -36,6 +36,7 @@ class VaultConnectionState {
   VaultStatus open_file(const std::string& path);
 
   VaultStatus status_ = kVaultNotOpen;
+  orvaneplatform::sqlite_engine::LockWait wait_;  // before the session, which uses it to its end
   soci::session sql_;
 };
 
