@@ -1,0 +1,53 @@
+# order.awk -v root=FOLDER -v acknowledged=COUNT TRACE (of strace -f -y): fails unless below FOLDER
+#  - what is written is synchronised before a program acknowledges (writes to its standard output, or
+#    ends), and so is the folder of every new name;
+#  - a file is synchronised before it takes another one's name;
+#  - a database is written only after its log is synchronised, and the log again only after the
+#    database is; a journal that is not needed any more is gone for good;
+# and unless there are COUNT acknowledgements. What SQLite keeps in shared memory (-shm) and the lock
+# files hold nothing to be kept.
+function fail(what) { print "line " NR ": " what ": " $0; failed = 1 }
+function folder_of(path) { sub(/\/[^\/]*$/, "", path); return path }
+function entered(path) { known[path] = 1; unsynchronised[folder_of(path)] = path }
+function quoted(n) { split($0, parts, "\""); return parts[2 * n] }
+
+{
+  match($0, /\([0-9]+<[^>]*>/)
+  file = RSTART ? substr($0, RSTART + 1, RLENGTH - 2) : ""
+  to_program = file ~ /^1</
+  sub(/^[0-9]+</, "", file)
+}
+$2 ~ /^write\(/ && to_program || / \+\+\+ exited with 0/ {
+  for (path in unsynchronised) {
+    fail(path " is not synchronised")
+  }
+  count += to_program
+  next
+}
+/ = -1 / || index($0, root) == 0 || /-shm[">]|\.lock[">]/ { next }
+$2 ~ /^p?write/ || $2 ~ /^ftruncate/ {
+  database_of = file
+  sub(/-wal$/, "", database_of)
+  if (file "-wal" in unsynchronised || file "-journal" in unsynchronised ||
+      (database_of != file && database_of in unsynchronised)) {
+    fail("written too early")
+  }
+}
+$2 ~ /^p?write/ { unsynchronised[file] = file }
+$2 ~ /sync/ { delete unsynchronised[file] }
+$2 ~ /^open/ && /O_CREAT/ && !(quoted(1) in known) { entered(quoted(1)) }
+$2 ~ /^mk/ { entered(quoted(1)) }
+$2 ~ /^rename/ {
+  if (quoted(1) in unsynchronised) {
+    fail("takes another name too early")
+  }
+  entered(quoted(2))
+}
+$2 ~ /^unlink/ { delete unsynchronised[quoted(1)]; delete known[quoted(1)] }
+$2 ~ /^unlink/ && quoted(1) ~ /-journal$/ { unsynchronised[folder_of(quoted(1))] = quoted(1) }
+END {
+  if (count != acknowledged) {
+    print count + 0 " acknowledgements instead of " acknowledged
+  }
+  exit failed || count != acknowledged
+}
