@@ -5,6 +5,8 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
@@ -16,8 +18,9 @@ set_property(CACHE ORVANEIP_INSTRUMENT PROPERTY STRINGS "" address,undefined thr
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
                     -Wformat=2 -Werror -fstack-protector-strong)
+set(ORVANEIP_FORTIFY none)  # needs optimisation, which the instrumented builds and Debug do without
 # A sanitizer's runtime resolves its symbols at load time, so -z defs is for plain builds only.
-add_link_options(-Wl,-z,relro -Wl,-z,now)
+add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 if(ORVANEIP_INSTRUMENT STREQUAL "coverage")
   add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)
@@ -28,7 +31,18 @@ elseif(ORVANEIP_INSTRUMENT)
                       -fno-omit-frame-pointer -O1 $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_link_options(-fsanitize=${ORVANEIP_INSTRUMENT})
 else()
-  add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=3>)
+  # Level 3 also bounds what is allocated at run time; C libraries without it warn about it.
+  include(CheckCXXSourceCompiles)
+  set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
+  check_cxx_source_compiles("#include <cstdlib>\nint main() {}" ORVANEIP_HAS_FORTIFY_3)
+  unset(CMAKE_REQUIRED_FLAGS)
+  if(ORVANEIP_HAS_FORTIFY_3)
+    set(ORVANEIP_FORTIFY $<IF:$<CONFIG:Release>,3,none>)
+  else()
+    set(ORVANEIP_FORTIFY $<IF:$<CONFIG:Release>,2,none>)
+  endif()
+  add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE>
+                      $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=${ORVANEIP_FORTIFY}>)
   add_link_options(-Wl,-z,defs)
 endif()
 
