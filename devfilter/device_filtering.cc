@@ -1,6 +1,7 @@
 #include "devfilter/device_filtering.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "platform/log_sinks.h"
@@ -51,19 +52,22 @@ class Search {
  private:
   // Most rules of a search are enabled and do not apply: for them this costs a comparison.
   int try_rule(const rule& tried) {
-    if (tried.enable == 0 || !is_known(tried.type)) {
+    if (tried.enable == 0 || !is_known(tried.type)) [[unlikely]] {
       tell_passed_over(tried);
       return kNoRule;
     }
-    if (tried.type == kReplace) {
+    if (tried.type == kReplace && !cleared_) {
       clear_output();
     }
-    return std::strcmp(tried.target, text_) == 0 ? apply(tried) : kNoRule;
+    if (std::strcmp(tried.target, text_) != 0) [[likely]] {
+      return kNoRule;
+    }
+    return apply(tried);
   }
 
-  static bool is_known(std::int32_t type) { return type >= kReplace && type <= kBreakLine; }
+  static bool is_known(std::int32_t type) { return static_cast<std::uint32_t>(type) <= kBreakLine; }
 
-  void tell_passed_over(const rule& tried) const {
+  [[gnu::noinline]] void tell_passed_over(const rule& tried) const {
     if (tried.enable == 0) {
       log_Debug(
           "DevId=[%s],RuleName=[%s], Type=[%d], enable=[%d],target=[%s],Result=[%s]. This rule is "
@@ -74,7 +78,7 @@ class Search {
     }
   }
 
-  int apply(const rule& found) {
+  [[gnu::noinline]] int apply(const rule& found) {
     switch (found.type) {
       case kReplace:
         return write(found.result, 1);
@@ -86,11 +90,9 @@ class Search {
   }
 
   // Once is enough: until a rule applies nothing else writes.
-  void clear_output() {
-    if (!cleared_) {
-      std::memset(output_, 0, output_size_);
-      cleared_ = true;
-    }
+  [[gnu::noinline]] void clear_output() {
+    std::memset(output_, 0, output_size_);
+    cleared_ = true;
   }
 
   // Up to output size less 2 characters and a terminator.

@@ -18,8 +18,7 @@ inline constexpr std::size_t kDescriptionBytes = 513;
 //
 // `vault_id`: the data source.
 // `vault_name`, `description`: the new texts, as json_object_get_string gives them. An empty name
-// is
-//   no edit, and then the description is not looked at either; a name without a description
+//   is no edit, and then the description is not looked at either; a name without a description
 //   clears the stored one.
 // `channel_list`: a JSON array as for devcfg_add_device; it replaces all channels. Each channel is
 //   stored by itself: a process killed on the way leaves those stored so far; call again.
