@@ -73,24 +73,36 @@ xml_node PathFinder::find_below_top(xml_node top, const char* name) const {
     return first_element(top, name);
   }
   std::call_once(sorting_, [this, top] { sort_children(top); });
-  const auto at = std::lower_bound(
-      sorted_.begin(), sorted_.end(), std::string_view(name),
-      [](const NamedChild& child, std::string_view wanted) { return child.name < wanted; });
-  return at != sorted_.end() && at->name == name ? at->element : xml_node();
+  std::size_t place = next_.load(std::memory_order_relaxed);
+  if (place >= sorted_.size() || sorted_[place].name != name) {
+    const auto at = std::lower_bound(
+        sorted_.begin(), sorted_.end(), std::string_view(name),
+        [](const NamedChild& child, std::string_view wanted) { return child.name < wanted; });
+    if (at == sorted_.end() || at->name != name) {
+      return {};
+    }
+    place = static_cast<std::size_t>(at - sorted_.begin());
+  }
+  next_.store(place + 1, std::memory_order_relaxed);
+  return sorted_[place].element;
 }
 
-// Files mostly are in order.
+// The nodes of most files are in order, and are asked for in order.
 void PathFinder::sort_children(xml_node top) const {
   for (const xml_node child : top.children()) {
     if (child.type() == pugi::node_element) {
       sorted_.push_back({child.name(), child});
     }
   }
-  const auto compare = [](const NamedChild& one, const NamedChild& other) {
+  const auto is_before = [](const NamedChild& one, const NamedChild& other) {
     return one.name < other.name;
   };
-  if (!std::is_sorted(sorted_.begin(), sorted_.end(), compare)) {
-    std::stable_sort(sorted_.begin(), sorted_.end(), compare);
+  const auto is_not_before = [&](const NamedChild& one, const NamedChild& other) {
+    return !is_before(one, other);
+  };
+  if (std::adjacent_find(sorted_.begin(), sorted_.end(), is_not_before) != sorted_.end()) {
+    std::stable_sort(sorted_.begin(), sorted_.end(), is_before);
+    sorted_.erase(std::unique(sorted_.begin(), sorted_.end(), is_not_before), sorted_.end());
   }
 }
 

@@ -64,7 +64,8 @@ class PathFinder {
   const bool fixed_;
   mutable std::atomic<int> searches_ = 0;
   mutable std::once_flag sorting_;
-  mutable std::vector<NamedChild> sorted_;  // the first of a name comes first
+  mutable std::atomic<std::size_t> next_ = 0;  // behind the last one found in `sorted_`
+  mutable std::vector<NamedChild> sorted_;     // the first of each name
 
   static constexpr std::size_t kRememberedLevels = 8;
   mutable std::array<std::atomic<pugi::xml_node_struct*>, kRememberedLevels> last_ = {};

@@ -92,6 +92,19 @@ TEST_F(ConfigTree, ValuesOfForeignFiles) {
   }
 }
 
+// Many reads of one handle: of the children of a name the first one counts, in whatever order.
+TEST_F(ConfigTree, ReadsOfOneHandleAgreeInAnyOrder) {
+  write("<r><b>1</b><d>2</d><b>3</b><a>4</a><?c x?><c>5</c><a>6</a></r>");
+  const std::map<std::string, std::string> kValues = {
+      {"a", "4"}, {"b", "1"}, {"c", "5"}, {"d", "2"}, {"e", "(none)"}};
+  const Tree tree(kCfgRead, file_);
+  std::mt19937 random(5);
+  for (int i = 0; i < 200; ++i) {
+    const std::string name(1, static_cast<char>('a' + random() % 5));
+    EXPECT_EQ(tree.value({"r", name}), kValues.at(name)) << i << name;
+  }
+}
+
 TEST_F(ConfigTree, AChangeKeepsTheRestOfTheFile) {
   struct Row {
     std::string before, path, value, after;
