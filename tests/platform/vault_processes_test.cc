@@ -10,9 +10,6 @@
 
 namespace {
 
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
-
 // 0, or the code of the refusal; tries again while other processes take the index.
 int add(const std::string& vault_id) {
   int code = 0;
@@ -39,7 +36,7 @@ void expect_sound(const std::string& database, std::size_t size) {
 
 // Runs `work(number)` in six processes at once; each is to return 0.
 void in_six_processes(const std::function<int(const std::string&)>& work) {
-  const auto start = steady_clock::now() + milliseconds(20);
+  const auto start = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
   std::vector<pid_t> children;
   for (int number = 0; number < 6; ++number) {
     children.push_back(test::start([&, number] {

@@ -1,9 +1,18 @@
 // Processes that change a store until they are killed, each at a random moment.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <list>
 #include <map>
-#include <string>
-#include <vector>
+#include <random>
+#include <thread>
+
+#include "tests/support/process.h"
 
 namespace test {
 
@@ -11,34 +20,120 @@ using Record = std::vector<std::string>;  // its values; none: there is no such 
 using State = std::map<std::string, Record>;
 
 struct Change {
-  std::string id;     // "WRITER-NUMBER"; a writer changes its own records only
+  std::string id;     // a number; a writer changes its own records only
   int kind;           // 0: add the record, 1: remove it, above: the store's own
   std::string value;  // unlike that of any other change
 };
 
-enum class Answer : char { kDone = 'y', kRefused = 'n', kFailed = '!' };
+enum Answer : char { kDone, kFull, kFailed };
 
-class Store {
+// A process that makes changes. The test's own process repeats on `state` those it acknowledged.
+template <typename Store>
+class Writer {
  public:
-  explicit Store(int kinds_of_change) : kinds(kinds_of_change) {}
-  virtual ~Store() = default;
+  Writer(Store& store, State& state, unsigned long first_id, unsigned long seed)
+      : store_(store), state_(state), first_id_(first_id), random_(seed) {
+    int ends[2] = {-1, -1};
+    EXPECT_EQ(pipe(ends), 0);
+    pick();
+    process_ = start([&] {
+      for (Answer answer{}; (answer = store_.make(change_)) != kFailed; repeat(answer)) {
+        EXPECT_EQ(write(ends[1], &answer, 1), 1);
+      }
+      return 1;
+    });
+    close(ends[1]);
+    answers_ = ends[0];
+  }
 
-  // Makes the change. kRefused when the store is full: then nothing has changed.
-  virtual Answer make(const Change& change) = 0;
+  // Within about two times what a change takes. The number of changes that it acknowledged.
+  unsigned kill_it(std::mt19937& random) {
+    static auto length = std::chrono::nanoseconds(5'000'000);
+    const auto begin = std::chrono::steady_clock::now();
+    unsigned count = receive(random() % 3);
+    std::this_thread::sleep_for(length * (random() % 1'000) / 500);
+    kill(process_, SIGKILL);
+    EXPECT_EQ(wait_for(process_), -SIGKILL);
+    count += receive(~0UL);
+    close(answers_);
+    length = (length * 9 + (std::chrono::steady_clock::now() - begin) / (count + 1)) / 10;
+    return count;
+  }
 
-  // What a reader may see of the record while the change is made, in order; at last its outcome.
-  virtual std::vector<Record> steps(const Record& before, const Change& change) const = 0;
+  // The change that was not acknowledged any more may be found all the same. Was it begun?
+  bool accept_last(State found) {
+    const Record& record = found[change_.id];
+    const bool begun = std::find(steps_.begin(), steps_.end(), record) != steps_.end();
+    begun ? set(record) : void();
+    return begun;
+  }
 
-  // All records. Fails the test when the store is not sound.
-  virtual State read() = 0;
+ private:
+  void pick() {
+    const std::string id = std::to_string(first_id_ + random_() % 6);
+    const int other = 1 + static_cast<int>(random_() % 1'000) % (Store::kKinds - 1);
+    change_ = {id, state_.contains(id) ? other : 0, id + '/' + std::to_string(random_())};
+    steps_ = store_.steps(state_.contains(id) ? state_[id] : Record(), change_);
+  }
+  void set(const Record& record) {
+    record.empty() ? void(state_.erase(change_.id)) : void(state_[change_.id] = record);
+  }
+  void repeat(Answer answer) {
+    answer == kDone ? set(steps_.back()) : void();
+    pick();
+  }
+  unsigned receive(unsigned long at_most) {
+    unsigned count = 0;
+    for (Answer answer{}; count < at_most && read(answers_, &answer, 1) == 1; ++count) {
+      repeat(answer);
+    }
+    return count;
+  }
 
-  const int kinds;
+  Store& store_;
+  State& state_;
+  const unsigned long first_id_;
+  std::mt19937 random_;
+  Change change_;
+  std::vector<Record> steps_;
+  pid_t process_;
+  int answers_;
 };
 
-// Fails the test when an acknowledged change is lost, when anything else than the change that a
-// killed writer was about to make differs, and when the next writer is held up. The environment
-// variables ORVANE_TORTURE_ROUNDS (20) and ORVANE_TORTURE_SEED (random, and printed) are its
-// settings.
-void torture(Store& store);
+// A Store makes changes, tells what a reader may see of a record while one is made (in order, the
+// outcome last), and reads all records, which fails the test when it is not sound. So does a change
+// that is lost or was not made by a writer, and a next writer that is held up.
+template <typename Store>
+void torture(Store&& store) {
+  const auto setting = [](const char* name, unsigned long otherwise) {
+    return std::getenv(name) != nullptr ? std::strtoul(std::getenv(name), nullptr, 10) : otherwise;
+  };
+  const unsigned long rounds = setting("ORVANE_TORTURE_ROUNDS", 20);
+  const unsigned long seed = setting("ORVANE_TORTURE_SEED", std::random_device{}());
+  std::mt19937 random(seed);
+  State state = store.read();
+  unsigned long acknowledged = 0;
+  unsigned long begun = 0;
+  for (unsigned long round = 0; round < rounds && !testing::Test::HasFailure(); ++round) {
+    std::list<Writer<Store>> writers;
+    for (unsigned long first_id = 0; first_id <= round % 2 * 6; first_id += 6) {
+      writers.emplace_back(store, state, first_id, random());
+    }
+    for (auto& writer : writers) {
+      acknowledged += writer.kill_it(random);
+    }
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(store.make({"12", 0, "next"}) != kFailed && store.make({"12", 1, ""}) == kDone);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    const State found = store.read();
+    for (auto& writer : writers) {
+      begun += writer.accept_last(found) ? 1U : 0U;
+    }
+    EXPECT_EQ(found, state) << "round " << round;
+  }
+  std::printf("seed %lu: %lu rounds, %lu changes acknowledged, %lu killed before they were\n", seed,
+              rounds, acknowledged, begun);
+  EXPECT_GT(acknowledged, rounds);
+}
 
 }  // namespace test

@@ -1,0 +1,70 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/support/captured_log.h"
+#include "tests/support/config_files.h"
+#include "tests/support/vault_calls.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kFresh = ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml";
+
+// Every call that a password may pass through, accepted and refused.
+void use(char* password, const test::ConfigFiles& files) {
+  const std::string entry = R"({"channel_index":0,"type":1,"guid":"pa55-Word","name":"pa55-Word",)"
+                            R"("target":"pa55-Word","result":"pa55-Word"})";
+  char id[] = "a";
+  std::vector<int> indexes;
+  for (const std::string& list : {"[" + entry + "]", entry}) {
+    test::add(id, password, list);
+    test::modify(id, {R"("pa55-Word")", R"("pa55-Word")", "true", list}, indexes);
+    devcfg_modify_filter(id, test::Json(list));
+  }
+  notify_camera_modified(password, password, 0);
+  test::show(id);
+  void* tree = xmlcfg_open(kCfgChange, files.device_tree().c_str());
+  for (const char* top : {"device", "other"}) {
+    xmlcfg_set_str(tree, password, top, "device_000", "src_property_list", "pwd", nullptr);
+  }
+  TDeviceInfo info;
+  get_device(tree, 0, &info);
+  find_device_exist(tree, id);
+  xmlcfg_close(tree, true);
+  devcfg_check_builtin();
+  aevt_remove_event(id);
+}
+
+TEST(Passwords, StayInFilesOfTheirOwnerAndOutOfTheLog) {
+  umask(0);
+  char password[] = "pa55-Word";
+  const test::TempVault vault;
+  const test::ConfigFiles files;
+  fs::create_directories(fs::path(kFresh).parent_path());
+  for (const std::string& file : {files.builtin_list(), files.device_tree()}) {
+    ASSERT_TRUE(initial_xml());
+    fs::rename(kFresh, file);
+    test::write_tree(file, "device", std::string("no=1;builtin_0/plugin=") + password);
+  }
+  use(password, files);
+  EXPECT_NE(test::read_file(files.device_tree()).find(password), std::string::npos);
+  for (const std::string& file :
+       {vault.database(), vault.file("events.db"), files.device_tree(), files.builtin_list()}) {
+    const bool is_tree = file.ends_with("xml");
+    for (const char* beside : {"", is_tree ? ".lock" : "-wal", is_tree ? "" : "-shm"}) {
+      EXPECT_EQ(fs::status(file + beside).permissions(), fs::perms(0600)) << file << beside;
+    }
+    test::write_file(file, std::string("<device><pwd>") + password + "</pwd><" + password);
+  }
+  use(password, files);  // which cannot be opened now
+  const auto log = test::take_log();
+  EXPECT_GT(log.size(), 20U);
+  for (const std::string& line : log) {
+    EXPECT_EQ(line.find(password), std::string::npos) << line;
+  }
+}
+
+}  // namespace
