@@ -107,18 +107,42 @@ void append_device(void** tree, const char* device_node, std::vector<dev_filter>
   read_text(tree, device.device_id, device_node, "device_id");
 }
 
-void append_devices(void** tree, std::vector<dev_filter>& devices) {
+// Reads lists only, and no further than to the first rule too many.
+bool lists_too_many_rules(void** tree, const std::vector<char*>& device_nodes) {
+  std::size_t count = 0;
+  for (const char* device_node : device_nodes) {
+    char filters[kInnerListBytes] = {};
+    read_text(tree, filters, device_node, "filter_node_list");
+    for (const char* filter_node : orvaneip::cut_names(filters)) {
+      char rules[kInnerListBytes] = {};
+      read_text(tree, rules, device_node, filter_node, "rule_node_list");
+      count += orvaneip::cut_names(rules).size();
+      if (count > kMaxFileRules) {
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+// False when there are too many.
+bool append_devices(void** tree, std::vector<dev_filter>& devices) {
   char list[kDeviceListBytes] = {};
   read_text(tree, list, "device_node_list");
   if (*list == '\0') {
     log_Debug("[libdevcfg] There is no rules in %s", kRuleFilePath);
-    return;
+    return true;
   }
   const std::vector<char*> names = orvaneip::cut_names(list);
+  if (lists_too_many_rules(tree, names)) {
+    log_Debug("[libdevcfg] %s lists more than %zu rules", kRuleFilePath, kMaxFileRules);
+    return false;
+  }
   devices.reserve(names.size());
   for (const char* name : names) {
     append_device(tree, name, devices);
   }
+  return true;
 }
 
 // The subtree under the top element `top`, null when there is none. Nothing, and a log line, when
@@ -145,8 +169,7 @@ int devcfg_get_filter_rules_list(std::vector<dev_filter>& devices) {
     log_Debug("[libdevcfg] export tree of %s fail", kRuleFilePath);
     return -1;
   }
-  append_devices(tree.get(), devices);
-  return 0;
+  return append_devices(tree.get(), devices) ? 0 : -1;
 }
 
 int devcfg_free_filter_rules_list(std::vector<dev_filter>& devices) {

@@ -13,18 +13,26 @@
 // far as 511. The order of a list is the order of the records. An absent text is empty; a longer
 // one than its field is cut to fit.
 //
+// Names that are listed twice make a small file large: one that lists more than kMaxFileRules rules
+// in all, each as often as it is read, is refused before its rules take memory.
+//
 // The file is only read: opened, copied into memory, closed at once. A list of records owns all it
 // holds. A `tree` is an exported tree of platform/config_tree.h whose top element is `filter`; a
 // null argument reads nothing. What goes wrong is told in log_Debug.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "devfilter/dev_filter.h"
 #include "platform/export.h"
 
+// Rules of one file: as many as the lists of one device have room for.
+inline constexpr std::size_t kMaxFileRules = 65'536;
+
 // Replaces the contents of `devices` with the devices of the file that have at least one filter. 0,
-// or -1 when the file cannot be opened or has no top element `filter`; then `devices` is empty.
+// or -1 when the file cannot be opened, has no top element `filter`, or lists more than
+// kMaxFileRules rules; then `devices` is empty.
 ORVANEIP_API int devcfg_get_filter_rules_list(std::vector<dev_filter>& devices);
 
 // Empties `devices` and releases the memory it held. Always 0.

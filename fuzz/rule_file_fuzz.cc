@@ -9,9 +9,9 @@
 static int match_plainly(const std::string& text, char* output, std::size_t size,
                          const std::vector<dev_filter>& devices) {
   for (const filter& entry : devices[0].filter_list) {
-    for (const rule& line : entry.enable != 0 ? entry.rule_list : std::vector<rule>()) {
+    for (const rule& line : entry.rule_list) {
       const bool applies = text == line.target;
-      if (line.enable == 0 || line.type < 0 || line.type > 2) {
+      if (entry.enable == 0 || line.enable == 0 || line.type < 0 || line.type > 2) {
         continue;
       }
       if (line.type == 0) {
@@ -28,12 +28,12 @@ static int match_plainly(const std::string& text, char* output, std::size_t size
   return 0;
 }
 
-static void match(std::string text, std::size_t size, std::vector<dev_filter>& devices) {
+static void match(std::string text, std::size_t size, const std::vector<dev_filter>& devices) {
   std::string expected(64, '#');
   std::string output = expected;
   const int result = match_plainly(text, expected.data(), size, devices);
-  fuzz::require(devcfg_do_filtering(text.data(), 0, output.data(), static_cast<int>(size),
-                                    devices[0].device_id, devices) == result,
+  fuzz::require(devcfg_match_filters(text.c_str(), output.data(), static_cast<int>(size),
+                                     devices[0].device_id, devices) == result,
                 "the first rule that applies decides");
   fuzz::require(output == expected, "no more is written");
 }
