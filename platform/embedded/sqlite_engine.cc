@@ -73,6 +73,11 @@ void empty_log_on_close(soci::session& sql, bool wanted) {
                                 nullptr);
 }
 
+// A vault has none; one in a file of others' making may run for ever.
+void refuse_views(soci::session& sql) {
+  sqlite_api::sqlite3_db_config(handle_of(sql), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+}
+
 VaultStatus constraint_status(std::string_view message) {
   if (message.find(kFullMessage) != std::string_view::npos) {
     return kVaultFull;
@@ -135,6 +140,7 @@ void open(soci::session& sql, const std::string& path, LockWait& wait) {
   sqlite_api::sqlite3_busy_handler(handle_of(sql), pause_or_give_up, &wait);
   keep_write_ahead_log(sql);
   empty_log_on_close(sql, false);
+  refuse_views(sql);
 }
 
 int schema_version(soci::session& sql) {
