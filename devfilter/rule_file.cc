@@ -71,18 +71,39 @@ void make_room(std::vector<rule>& rules, std::size_t count) {
   }
 }
 
+// How many rules may still be read. Names that are listed twice make a small file large.
+class Room {
+ public:
+  explicit Room(std::size_t rules = SIZE_MAX) : rules_(rules) {}
+
+  bool is_exceeded() const { return is_exceeded_; }
+
+  bool take(std::size_t rules) {
+    is_exceeded_ = is_exceeded_ || rules > rules_;
+    rules_ -= is_exceeded_ ? 0 : rules;
+    return !is_exceeded_;
+  }
+
+ private:
+  std::size_t rules_;
+  bool is_exceeded_ = false;
+};
+
 void append_rules(void** tree, const char* device_node, const char* filter_node,
-                  std::vector<rule>& rules) {
+                  std::vector<rule>& rules, Room& room) {
   char list[kInnerListBytes] = {};
   read_text(tree, list, device_node, filter_node, "rule_node_list");
   const std::vector<char*> names = orvaneip::cut_names(list);
+  if (!room.take(names.size())) {
+    return;
+  }
   make_room(rules, names.size());
   for (const char* name : names) {
     read_rule(tree, device_node, filter_node, name, rules.emplace_back());
   }
 }
 
-int append_filters(void** tree, const char* device_node, std::vector<filter>& filters) {
+int append_filters(void** tree, const char* device_node, std::vector<filter>& filters, Room& room) {
   char list[kInnerListBytes] = {};
   read_text(tree, list, device_node, "filter_node_list");
   const std::vector<char*> names = orvaneip::cut_names(list);
@@ -91,38 +112,24 @@ int append_filters(void** tree, const char* device_node, std::vector<filter>& fi
     filter& record = filters.emplace_back();
     read_text(tree, record.name, device_node, name, "name");
     record.enable = read_number(tree, 0, device_node, name, "enable");
-    append_rules(tree, device_node, name, record.rule_list);
+    append_rules(tree, device_node, name, record.rule_list, room);
+    if (room.is_exceeded()) {
+      break;
+    }
   }
   return static_cast<int>(names.size());
 }
 
-void append_device(void** tree, const char* device_node, std::vector<dev_filter>& devices) {
+void append_device(void** tree, const char* device_node, std::vector<dev_filter>& devices,
+                   Room& room) {
   dev_filter& device = devices.emplace_back();
-  const int count = append_filters(tree, device_node, device.filter_list);
+  const int count = append_filters(tree, device_node, device.filter_list, room);
   if (count == 0) {
     devices.pop_back();
     return;
   }
   log_Debug("[libdevcfg] DevNode=[%s] Has %d filters", device_node, count);
   read_text(tree, device.device_id, device_node, "device_id");
-}
-
-// Reads lists only, and no further than to the first rule too many.
-bool lists_too_many_rules(void** tree, const std::vector<char*>& device_nodes) {
-  std::size_t count = 0;
-  for (const char* device_node : device_nodes) {
-    char filters[kInnerListBytes] = {};
-    read_text(tree, filters, device_node, "filter_node_list");
-    for (const char* filter_node : orvaneip::cut_names(filters)) {
-      char rules[kInnerListBytes] = {};
-      read_text(tree, rules, device_node, filter_node, "rule_node_list");
-      count += orvaneip::cut_names(rules).size();
-      if (count > kMaxFileRules) {
-        return true;
-      }
-    }
-  }
-  return false;
 }
 
 // False when there are too many.
@@ -134,13 +141,15 @@ bool append_devices(void** tree, std::vector<dev_filter>& devices) {
     return true;
   }
   const std::vector<char*> names = orvaneip::cut_names(list);
-  if (lists_too_many_rules(tree, names)) {
-    log_Debug("[libdevcfg] %s lists more than %zu rules", kRuleFilePath, kMaxFileRules);
-    return false;
-  }
   devices.reserve(names.size());
+  Room room(kMaxFileRules);
   for (const char* name : names) {
-    append_device(tree, name, devices);
+    append_device(tree, name, devices, room);
+    if (room.is_exceeded()) {
+      log_Debug("[libdevcfg] %s lists more than %zu rules", kRuleFilePath, kMaxFileRules);
+      std::vector<dev_filter>().swap(devices);
+      return false;
+    }
   }
   return true;
 }
@@ -179,12 +188,16 @@ int devcfg_free_filter_rules_list(std::vector<dev_filter>& devices) {
 }
 
 int get_filter_rule(void** tree, char* device_node, std::vector<filter>& filters) {
-  return tree != nullptr && device_node != nullptr ? append_filters(tree, device_node, filters) : 0;
+  Room room;
+  return tree != nullptr && device_node != nullptr
+             ? append_filters(tree, device_node, filters, room)
+             : 0;
 }
 
 int get_rule_list(void** tree, char* device_node, char* filter_node, std::vector<rule>& rules) {
+  Room room;
   if (tree != nullptr && device_node != nullptr && filter_node != nullptr) {
-    append_rules(tree, device_node, filter_node, rules);
+    append_rules(tree, device_node, filter_node, rules, room);
   }
   return 0;
 }

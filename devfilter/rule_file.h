@@ -14,7 +14,7 @@
 // one than its field is cut to fit.
 //
 // Names that are listed twice make a small file large: one that lists more than kMaxFileRules rules
-// in all, each as often as it is read, is refused before its rules take memory.
+// in all, each as often as it is read, is refused as a whole.
 //
 // The file is only read: opened, copied into memory, closed at once. A list of records owns all it
 // holds. A `tree` is an exported tree of platform/config_tree.h whose top element is `filter`; a
