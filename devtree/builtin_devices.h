@@ -27,9 +27,11 @@ struct BuiltinChanges {
 };
 
 // Removes each built-in node whose key no entry has, and adds an enabled node, under the lowest
-// free number, for each entry without one: its nine values, each cut to 1,023 bytes, "NULL" for one
-// that is absent. Nodes that stay keep all their values. Then stores the node list, without empty
-// items; "NULL" alone stands for no node. A second run changes nothing.
+// free number, for each entry without one: its nine values, each cut to 1,023 bytes (or up to 3
+// fewer, where that would split a character of UTF-8), "NULL" for one that is absent. What an
+// unlisted node has left behind under that number stays beside them. Nodes that stay keep all their
+// values. Then stores the node list, without empty items; "NULL" alone stands for no node. A second
+// run changes nothing.
 //
 // 0 when the device tree matches the list afterwards. -1, with a log line,
 //  - when a file cannot be opened or saved: then nothing has changed;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "devtree/device_tree.h"
@@ -180,11 +181,27 @@ void add_nodes(const std::vector<Entry>& entries, std::vector<std::string>& name
   }
 }
 
+// How many bytes at the end of the text begin a character of UTF-8 that the end cuts off.
+std::size_t cut_bytes(std::string_view text) {
+  for (std::size_t tail = 1; tail <= std::min<std::size_t>(text.size(), 3); ++tail) {
+    const auto byte = static_cast<unsigned char>(text[text.size() - tail]);
+    if (byte < 0x80 || byte >= 0xC0) {
+      const std::size_t length = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+      return length > tail ? tail : 0;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 std::string entry_value(void* builtin_list, int entry, const char* key) {
-  char value[1024];
-  read_value(builtin_list, kNone, value, kTop, entry_name(entry).c_str(), key);
+  char buffer[1024];
+  read_value(builtin_list, kNone, buffer, kTop, entry_name(entry).c_str(), key);
+  std::string value = buffer;
+  if (value.size() == sizeof(buffer) - 1) {
+    value.resize(value.size() - cut_bytes(value));
+  }
   return value;
 }
 

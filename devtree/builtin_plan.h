@@ -17,7 +17,8 @@ struct BuiltinPlan {
 // The trees are open handles.
 BuiltinPlan plan_builtin(void* builtin_list, void* device_tree);
 
-// The value of an entry as a node gets it: cut to 1,023 bytes, "NULL" when it is absent.
+// The value of an entry as a node gets it: cut to 1,023 bytes or, where that would split a
+// character of UTF-8, up to 3 fewer; "NULL" when it is absent.
 std::string entry_value(void* builtin_list, int entry, const char* key);
 
 }  // namespace orvaneip

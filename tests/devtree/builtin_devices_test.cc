@@ -108,13 +108,14 @@ TEST(CheckBuiltin, CopiesTheNineValuesAndEnables) {
   const ConfigFiles files;
   test::write_tree(files.builtin_list(), "device",
                    "no=1;builtin_0/description=not copied;builtin_0/device_id=I;builtin_0/qid=A;"
-                   "builtin_0/builtin=Yes;builtin_0/type=\r\n;builtin_0/brand= ;"
-                   "builtin_0/device_name=<&>\"';builtin_0/install_path=;builtin_0/plugin=" +
-                       std::string(4000, 'p'));
+                   "builtin_0/builtin=Yes;builtin_0/type=\r\n;builtin_0/device_name= <&>\"';"
+                   "builtin_0/install_path=;builtin_0/brand=" +
+                       std::string(1020, 'b') + "€€;builtin_0/plugin=" + std::string(1021, 'p') +
+                       "€€");
   test::write_file(files.device_tree(), "<?xml version=\"1.0\"?>");
   EXPECT_EQ(devcfg_check_builtin(), 0);
-  EXPECT_EQ(nodes_of(files)["device_000"],
-            "I|A|Yes|\r\n| |<&>\"'|" + std::string(1023, 'p') + "||NULL|true|(absent)|");
+  EXPECT_EQ(nodes_of(files)["device_000"], "I|A|Yes|\r\n|" + std::string(1020, 'b') + "€| <&>\"'|" +
+                                               std::string(1021, 'p') + "||NULL|true|(absent)|");
 }
 
 TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
