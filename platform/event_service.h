@@ -9,7 +9,8 @@
 // no such event, or it could not be reached (and logged why).
 //
 // The embedded platform keeps the active event ids durably in the file events.db in the vault
-// database's folder (in its default folder when the vault database is a server): one SQLite table
+// database's folder (in its default folder when the vault database is a server), or in
+// active_events.db there when the vault database itself is named events.db: one SQLite table
 // `active_event (event_id TEXT PRIMARY KEY)`, created on first use; the programs that raise events
 // insert into it. A file that is no such database is left alone.
 ORVANEIP_API int aevt_remove_event(std::string event_id);

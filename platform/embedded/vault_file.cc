@@ -14,6 +14,10 @@ namespace {
 
 constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
 
+// Other programs look for these names: they must not change.
+constexpr char kEventFile[] = "events.db";
+constexpr char kOtherEventFile[] = "active_events.db";
+
 int create_folders(const std::filesystem::path& folder) {
   struct stat status {};
   if (stat(folder.c_str(), &status) == 0) {
@@ -53,7 +57,8 @@ std::optional<std::string> vault_file_path() {
 
 std::string event_file_path() {
   const std::filesystem::path vault = vault_file_path().value_or(kDefaultVaultFile);
-  return folder_of(vault) / "events.db";
+  const char* const name = vault.filename() == kEventFile ? kOtherEventFile : kEventFile;
+  return folder_of(vault) / name;
 }
 
 int create_vault_file(const std::string& path) {

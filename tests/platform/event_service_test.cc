@@ -31,6 +31,13 @@ TEST(EventService, RemovesTheEventOfExactlyThisIdAndCreatesTheDatabase) {
   EXPECT_TRUE(test::take_log().empty());
 }
 
+TEST(EventService, KeepsItsEventsBesideAVaultThatHasTheirName) {
+  const TempVault vault;
+  setenv("ORVANE_VAULT", vault.file("events.db").c_str(), 1);
+  run_sql(vault.file("active_events.db"), kTable + "INSERT INTO active_event VALUES ('e1')");
+  EXPECT_NE(aevt_remove_event("e1"), 0);
+}
+
 TEST(EventService, WhatIsNoEventDatabaseIsLeftAlone) {
   const TempVault vault;
   const std::string garbage(5'000, 'x');
