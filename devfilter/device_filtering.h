@@ -13,8 +13,8 @@
 //
 // `output_size_bytes` is the size of the buffer `output`. Up to that size less 2 characters are
 // written, and a terminator: a longer result is cut, and size 4 is the least for "\r\n". Below 1,
-// or with a null argument, the result is 0 and nothing is written. Nothing is allocated. What is
-// passed over, and an unknown device, is told in log_Debug.
+// or with a null argument, the result is 0 and nothing is written. Text and output must not
+// overlap. Nothing is allocated. What is passed over, and an unknown device, is told in log_Debug.
 #pragma once
 
 #include <vector>

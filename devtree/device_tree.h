@@ -6,11 +6,11 @@
 //
 // A node's name is "device_" and its number in at least three digits, cut to 15 characters; the
 // numbers that this library gives out run from 0 to 127. The number of a name is what is written in
-// decimal after its first "_"; a name without one belongs to no device. Identifiers are compared
-// whole and by letter case; one of the file is cut to 127 bytes when it is read.
+// decimal after its first "_"; a name without a number belongs to no device. Identifiers are
+// compared whole and by letter case; one of the file is cut to 127 bytes when it is read.
 //
-// A `tree` is a handle of platform/config_tree.h that the caller opened and closes; a null argument
-// finds nothing and changes nothing.
+// A `tree` is a handle of platform/config_tree.h that the caller opened and closes; with a null
+// argument nothing is found and nothing stored.
 #pragma once
 
 #include "devtree/device_info.h"
@@ -41,8 +41,9 @@ ORVANEIP_API int find_device_exist_access(void* tree, char* device_id, char* top
 ORVANEIP_API bool add_device_node(void* tree, int number, char* top);
 
 // Reads node `number` into `*info`, which is zeroed first. An absent value is empty, an absent
-// `enable` false. False when `info` is null or the node has no device_id: then `device_id` reads
-// "NULL" and `node_no` stays 0, while the other fields hold what was read.
+// `enable` false. False when the node has no device_id: then `device_id` reads "NULL" and `node_no`
+// stays 0, while the other fields hold what was read. False also when `info` is null, and when
+// `tree` is: then the record stays zeroed.
 ORVANEIP_API bool get_device(void* tree, int number, TDeviceInfo* info);
 
 // Looks a device up in a tree whose top element is `terminal` (terminal / NAME / device_id). `list`

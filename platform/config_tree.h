@@ -6,9 +6,8 @@
 //  - A value stored at a path reads back unchanged from the same path, whatever its bytes.
 //  - A read copies into a buffer of the stated size in bytes, the terminator included, and cuts a
 //    longer value to fit; where there is no value at the path it delivers the default.
-//  - A handle belongs to the thread that opened it, until it is closed. Any number of handles may
-//  be
-//    open at once; changes are in the file once xmlcfg_close has returned true.
+//  - A handle belongs to the thread that opened it, until it is closed. Any number of handles
+//    may be open at once; changes are in the file once xmlcfg_close has returned true.
 //
 // The embedded platform:
 //  - A value is the text of the element at the path; the first element of a name counts. An element
@@ -20,11 +19,11 @@
 //  - What is not changed is saved as it was read: comments, unknown elements, attributes, order,
 //    line ends, indentation. New elements follow the layout of their neighbours. Only spacing
 //    inside of tags and the kind of quotation marks are not kept.
-//  - Not opened (null and one log line), and so never overwritten: a file that is missing, cannot
-//  be
-//    read (to be changed: written) or is no regular file; that is not well-formed XML 1.0 in UTF-8;
-//    that has a document type, is larger than 64 MiB, or is nested deeper than 256 elements. A file
-//    that holds no element yet, be it empty or just the XML declaration, is an empty tree.
+//  - Not opened (null and one log line), and so never overwritten: a file that is missing, that
+//    cannot be read (to be changed: written) or is no regular file; that is not well-formed XML 1.0
+//    in UTF-8; that has a document type, is larger than 64 MiB, or is nested deeper than 256
+//    elements. A file that holds no element yet, be it empty or just the XML declaration, is an
+//    empty tree.
 //  - A path whose top element is not the file's own finds nothing and stores nothing; an empty tree
 //    takes the first top element that is stored. An element name that XML does not allow, or with a
 //    colon, is not created. A path holds at most 256 names. Refusals to store are logged.
