@@ -64,7 +64,7 @@ std::optional<std::vector<Column>> read_columns(CSqlite& db, const std::string& 
     db.QGetIntegerByName("hidden", &hidden);
     if (hidden != kHidden) {
       const std::string name = text_of(db, "name");
-      columns.push_back({name, written.spelled(name, orvaneip::type_word(text_of(db, "type")))});
+      columns.push_back({name, written.word_of(name, text_of(db, "type"))});
     }
   }
   return columns;
@@ -75,8 +75,9 @@ table_info* as_list(const std::vector<Column>& columns) {
   for (std::size_t i = 0; list != nullptr && i < columns.size(); ++i) {
     const Column& column = columns[i];
     if (column.name.size() >= kColumnTextBytes || column.type.size() >= kColumnTextBytes) {
-      orvane_log_debug("[%s] Column %s: the name or the type word %s is longer than %zu bytes",
-                       kFunction, column.name.c_str(), column.type.c_str(), kColumnTextBytes - 1);
+      orvane_log_debug(
+          "[%s] Column %.127s: the name or the type word %.127s is longer than %zu bytes",
+          kFunction, column.name.c_str(), column.type.c_str(), kColumnTextBytes - 1);
       return nullptr;
     }
     orvaneip::set_column(*list, static_cast<int>(i), column.name.c_str(), column.type.c_str());

@@ -7,9 +7,9 @@
 // generated columns included, the hidden ones of virtual tables left out. The caller releases the
 // list with devcfg_del_tb_info.
 //
-// A name is given without quotes. A type word is the declared type up to the first white space that
-// does not stand in brackets ("DECIMAL(10, 2)" gives DECIMAL(10,2)), spelled as in the statement,
-// or empty.
+// A name is given without quotes. A type word is the declared type up to the first white space or
+// comment that does not stand in brackets ("DECIMAL(10, 2)" gives DECIMAL(10,2)), spelled as in the
+// statement but without quotes, or empty.
 //
 // `path`: the database file; SQLite creates one that is missing. `table`: the name exactly as
 // stored, letter case included, without quotes and without a schema's name.

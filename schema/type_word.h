@@ -4,26 +4,32 @@
 #include <string>
 #include <string_view>
 
+#include "schema/sql_tokens.h"
+
 namespace orvaneip {
 
-// The word ends at white space or a comment, but not inside brackets, where both are left out:
-// "UNSIGNED BIG INT" gives UNSIGNED, "DECIMAL(10, 2)" gives DECIMAL(10,2). Brackets behind white
-// space are no part of it.
+// The text up to the first white space behind its start, but for white space inside brackets, which
+// is left out: "UNSIGNED BIG INT" gives UNSIGNED, "DECIMAL(10, 2)" gives DECIMAL(10,2).
 std::string type_word(std::string_view declared_type);
 
-// SQLite tells the common types in upper case, however the CREATE statement spells them. This gives
-// type words as the statement does, asked column by column, in the table's order.
+// The type words of a table, asked column by column, in the table's order. SQLite tells the common
+// types in upper case, however they are spelled, and others with their comments, but quoted ones
+// without their quotes; this reads them from the CREATE statement.
 class WrittenTypes {
  public:
   explicit WrittenTypes(std::string_view create_statement);
 
-  // `word` as it is written behind `name`; unchanged when it is not found there, and from then on:
-  // so the statement is searched once, however it was made.
-  std::string spelled(std::string_view name, const std::string& word);
+  // The type word of the next column. `declared_type` is what SQLite tells: whether there is a
+  // type; and its word is the answer when the statement does not have the column in this place, and
+  // from then on (the columns of a virtual table are not in it).
+  std::string word_of(std::string_view name, std::string_view declared_type);
 
  private:
-  std::string_view statement_;
-  std::size_t from_;  // behind the last type word found
+  std::string read_word();
+  void pass_column();
+
+  SqlTokens tokens_;
+  SqlToken token_;  // the first one of the next column
 };
 
 }  // namespace orvaneip

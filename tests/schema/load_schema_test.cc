@@ -28,11 +28,12 @@ constexpr std::pair<const char*, const char*> kTypes[] = {
     {"TEXT", "TEXT"}, {"VARCHAR(20)", "VARCHAR(20)"}, {"VarChar (20)", "VarChar"}, {"", ""},
     {"DECIMAL(\n10 /*,)*/ , -2)", "DECIMAL(10,-2)"}, {"UNSIGNED BIG INT", "UNSIGNED"},
     {"Float/* c */big", "Float"}, {"long -- , c TEXT)\n varchar", "long"}, {"\"\"", ""},
-    {"\"a type\"", "a"}, {"[x;DROP]", "x;DROP"}, {"'UNIQUE'", "UNIQUE"}, {"\"t)--\"", "t)"},
-    {"`NOT`", "NOT"}};
+    {"\"a type\"", "a"}, {"[x;DROP]", "x;DROP"}, {"'UNIQUE'", "UNIQUE"}, {"\"t)--\"", "t)--"},
+    {"`NOT`", "NOT"}, {"\"--x\"", "--x"}, {"'a\"'(2)", "a\"(2)"},
+    {"int", "int"}, {"Int big", "Int"}, {"INT(4)", "INT(4)"}};
 constexpr const char* kConstraints[] = {
-    "", "", "", " NOT NULL", " DEFAULT 'a, b INT'", " DEFAULT (1 + (2))", " CHECK (1 IN (1, 2))",
-    " UNIQUE", " COLLATE NOCASE", " REFERENCES canary(a)", " AS (1) STORED", " AS ('x, y')",
+    "", "", "", " NOT NULL", " DEFAULT 'c0 INT, b INT'", " DEFAULT (1 + (2))",
+    " CHECK (1 IN (1, 2))", " UNIQUE", " COLLATE NOCASE", " REFERENCES canary(a)", " AS (1) STORED", " AS ('x, y')",
     "/* , z TEXT */", " -- it's, \"one\"\n", " CONSTRAINT \"c, d\" NOT NULL"};
 constexpr const char* kNames[] = {
     "plain", "Plain_2$", "\xC3\xA4", "two words", "a,b", "(", ")", "it's", "say \"x\"", "[x]", "tab\tx",
@@ -77,6 +78,8 @@ TEST(LoadSchema, PlainStatementsAsWritten) {
        {{"a b", "INTEGER"}, {"b", "TEXT"}}},
       {"CREATE TABLE t(a integer PRIMARY KEY, b Text)", {{"a", "integer"}, {"b", "Text"}}},
       {"CREATE TABLE t(a VARCHAR(20), ab real NOT NULL)", {{"a", "VARCHAR(20)"}, {"ab", "real"}}},
+      {"CREATE TABLE t(a INT(4), b int, x TEXT DEFAULT 'c int', c INT)",
+       {{"a", "INT(4)"}, {"b", "int"}, {"x", "TEXT"}, {"c", "INT"}}},
       {"CREATE TABLE t AS SELECT 1 AS a", {{"a", ""}}},
       {"CREATE VIRTUAL TABLE t USING fts5(a, b)", {{"a", ""}, {"b", ""}}},
   };
@@ -140,8 +143,8 @@ TEST(LoadSchema, TellsWhyThereIsNoList) {
       {path, "T", none},
       {path, "v", none},
       {path, "x' OR '1'='1", none},
-      {path, "n", "Column n" + n + ": the name or the type word " + too_long},
-      {path, "w", "Column a: the name or the type word t" + t + too_long},
+      {path, "n", "Column " + n + ": the name or the type word " + too_long},
+      {path, "w", "Column a: the name or the type word " + t + too_long},
   };
   for (const auto& [file, table, line] : kRows) {
     test::take_log();
