@@ -12,8 +12,8 @@ std::size_t declared_payload_size(const unsigned char* frame) {
   return size;
 }
 
-FrameCheck check_frame(const unsigned char* bytes, std::size_t size_bytes,
-                       std::size_t payload_max) {
+FrameCheck check_bounds(const unsigned char* bytes, std::size_t size_bytes,
+                        std::size_t payload_max) {
   if (size_bytes > 0 && bytes[0] != kFrameStart) {
     return {kFrameBadStart, 0};
   }
@@ -27,12 +27,19 @@ FrameCheck check_frame(const unsigned char* bytes, std::size_t size_bytes,
   if (size_bytes < kFrameOverheadBytes || size_bytes - kFrameOverheadBytes < payload_size) {
     return {kFrameIncomplete, payload_size};
   }
-  const unsigned char* const payload = bytes + kFrameHeaderBytes;
-  if (payload[payload_size + 1] != kFrameEnd) {
-    return {kFrameBadEnd, payload_size};
+  const bool has_end = bytes[kFrameHeaderBytes + payload_size + 1] == kFrameEnd;
+  return {has_end ? kFrameWhole : kFrameBadEnd, payload_size};
+}
+
+FrameCheck check_frame(const unsigned char* bytes, std::size_t size_bytes,
+                       std::size_t payload_max) {
+  const FrameCheck check = check_bounds(bytes, size_bytes, payload_max);
+  if (check.outcome != kFrameWhole) {
+    return check;
   }
-  const bool right = sum_bytes(payload, payload_size) == payload[payload_size];
-  return {right ? kFrameWhole : kFrameBadChecksum, payload_size};
+  const unsigned char* const payload = bytes + kFrameHeaderBytes;
+  const bool right = sum_bytes(payload, check.payload_size) == payload[check.payload_size];
+  return {right ? kFrameWhole : kFrameBadChecksum, check.payload_size};
 }
 
 }  // namespace orvaneip

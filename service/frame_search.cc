@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "service/frame_check.h"
+#include "service/range_sums.h"
 
 namespace {
 
@@ -24,11 +25,15 @@ FoundFrame devcfg_find_frame(const unsigned char* bytes, std::size_t size_bytes,
                              std::size_t payload_max, bool stream_ended) {
   const std::size_t size = bytes != nullptr ? size_bytes : 0;
   const std::size_t limit = std::min(payload_max, kFramePayloadMax);
+  orvaneip::RangeSums sums(bytes, size);
   for (std::size_t start = next_start(bytes, size, 0); start != size;
        start = next_start(bytes, size, start + 1)) {
-    const auto [outcome, payload_size] = orvaneip::check_frame(bytes + start, size - start, limit);
-    if (outcome == kFrameWhole || (outcome == kFrameIncomplete && !stream_ended)) {
-      return {outcome == kFrameWhole, start, payload_size + kFrameOverheadBytes};
+    const auto [outcome, payload_size] = orvaneip::check_bounds(bytes + start, size - start, limit);
+    const std::size_t payload = start + kFrameHeaderBytes;
+    const bool is_whole =
+        outcome == kFrameWhole && sums.sum(payload, payload_size) == bytes[payload + payload_size];
+    if (is_whole || (outcome == kFrameIncomplete && !stream_ended)) {
+      return {is_whole, start, payload_size + kFrameOverheadBytes};
     }
   }
   return {false, size, stream_ended ? 0 : kFrameOverheadBytes};

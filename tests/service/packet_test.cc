@@ -7,6 +7,7 @@
 
 #include "orvaneip.h"
 #include "service/checksum.h"
+#include "service/range_sums.h"
 #include "tests/support/captured_log.h"
 
 namespace {
@@ -123,6 +124,16 @@ TEST(Checksum, IsTheSeedPlusEveryByte) {
       ASSERT_EQ(orvaneip::sum_bytes(all.data() + offset, size - offset), sum) << size;
       ASSERT_EQ(orvaneip::sum_bytes_portable(all.data() + offset, size - offset), sum) << size;
     }
+  }
+}
+
+TEST(RangeSums, AreThoseOfTheBytes) {
+  const Bytes bytes = random_bytes(100'000);
+  orvaneip::RangeSums sums(bytes.data(), bytes.size());
+  for (std::size_t i = 0; i < 1000; ++i) {
+    const std::size_t begin = i * 7919 % bytes.size();
+    const Bytes range = bytes.substr(begin, i * 61);
+    ASSERT_EQ(sums.sum(begin, range.size()), plain_sum(range)) << i;
   }
 }
 
