@@ -26,7 +26,7 @@ int run(const char* path, const char* argument) {
 }
 
 int run_for_device(const char* argument, const char* device_id) {
-  if (device_id == nullptr || *device_id == '\0') {
+  if (device_id == nullptr) {
     orvane_log_debug("[libdevcfg] %s %s: no device identifier", bare(kDeviceManager), argument);
     return -1;
   }

@@ -14,6 +14,7 @@ ORVANEIP_API int devcfg_restart_all();
 ORVANEIP_API int devcfg_dev_reload_all();
 
 // /usr/bin/kdevmgmt dev_load ID and dev_unload ID: one device. `device_id` reaches the device
-// manager as one argument, unchanged. Null or empty: -1 and a log line, and no command is run.
+// manager as one argument, unchanged, an empty one too. Null: -1 and a log line, and no command is
+// run.
 ORVANEIP_API int devcfg_dev_load(char* device_id);
 ORVANEIP_API int devcfg_dev_unload(char* device_id);
