@@ -8,7 +8,8 @@
 //
 // The embedded platform writes to standard error, or to where the environment variable ORVANE_LOG
 // says when the first message arrives: `off`, `stderr`, `syslog`, or a file's path (appended to,
-// created with mode 0600). Each message is one write of one line, of any length.
+// created with mode 0600). Each message is one write of one line, of any length: control characters
+// inside it, line feeds included, are written as \xNN, so that no name can forge a line.
 #pragma once
 
 #include "platform/export.h"

@@ -4,6 +4,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -38,21 +39,72 @@ int destination() {
   return opened;
 }
 
-void write_line(int file, const char* text, std::size_t length) {
-  // One write call for each line, so that lines of several writers do not mix.
-  [[maybe_unused]] const ssize_t written = write(file, text, length);
+using Text = std::unique_ptr<char, decltype(&std::free)>;
+
+// The bytes of the control character at the start of `text`; 0 when it is none. U+0080 to U+009F,
+// which some terminals obey, are 0xC2 and a byte from 0x80 to 0x9F.
+std::size_t control_length(const char* text, std::size_t length) {
+  const auto byte = static_cast<unsigned char>(*text);
+  if (byte == 0xC2 && length > 1 && (static_cast<unsigned char>(text[1]) & 0xE0) == 0x80) {
+    return 2;
+  }
+  return byte < 0x20 || byte == 0x7F ? 1 : 0;
 }
 
-// `text` has room for one more byte after its `length`.
-void write_record(int target, char* text, std::size_t length) {
+bool has_controls(const char* text, std::size_t length) {
+  for (std::size_t i = 0; i < length; ++i) {
+    if (control_length(text + i, length - i) > 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// Copies the text with each byte of a control character as \xNN, and ends it. `escaped` has room
+// for four times the text. Returns the length.
+std::size_t escape_controls(char* escaped, const char* text, std::size_t length) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::size_t size = 0;
+  std::size_t controls = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    controls = std::max(controls, control_length(text + i, length - i));
+    if (controls == 0) {
+      escaped[size++] = text[i];
+      continue;
+    }
+    --controls;
+    const auto byte = static_cast<unsigned char>(text[i]);
+    for (const char written : {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0x0F]}) {
+      escaped[size++] = written;
+    }
+  }
+  escaped[size] = '\0';
+  return size;
+}
+
+// `line` has a terminator after its `length`, and loses it.
+void write_line(int target, char* line, std::size_t length) {
   if (target == kSyslog) {
-    syslog(LOG_DEBUG, "%s", text);
+    syslog(LOG_DEBUG, "%s", line);
     return;
   }
-  if (length == 0 || text[length - 1] != '\n') {
-    text[length++] = '\n';
+  line[length] = '\n';
+  // One write call for each line, so that lines of several writers do not mix.
+  [[maybe_unused]] const ssize_t written = write(target, line, length + 1);
+}
+
+// `text` has a terminator after its `length`. A line feed that ends the message ends the line;
+// inside a name it must not begin another one.
+void write_record(int target, char* text, std::size_t length) {
+  if (length > 0 && text[length - 1] == '\n') {
+    text[--length] = '\0';
   }
-  write_line(target, text, length);
+  if (!has_controls(text, length)) {
+    write_line(target, text, length);
+  } else if (const Text escaped(static_cast<char*>(std::malloc(4 * length + 2)), std::free);
+             escaped != nullptr) {
+    write_line(target, escaped.get(), escape_controls(escaped.get(), text, length));
+  }
 }
 
 __attribute__((format(printf, 1, 0))) void emit(const char* format, va_list arguments) {
@@ -63,13 +115,12 @@ __attribute__((format(printf, 1, 0))) void emit(const char* format, va_list argu
   va_list again;
   va_copy(again, arguments);
   char buffer[1024];
-  const int length = std::vsnprintf(buffer, sizeof(buffer) - 1, format, arguments);
+  const int length = std::vsnprintf(buffer, sizeof(buffer), format, arguments);
   if (length >= 0) {
     const auto size = static_cast<std::size_t>(length);
-    if (size < sizeof(buffer) - 1) {
+    if (size < sizeof(buffer)) {
       write_record(target, buffer, size);
-    } else if (const std::unique_ptr<char, decltype(&std::free)> text(
-                   static_cast<char*>(std::malloc(size + 2)), std::free);
+    } else if (const Text text(static_cast<char*>(std::malloc(size + 1)), std::free);
                text != nullptr) {
       std::vsnprintf(text.get(), size + 1, format, again);
       write_record(target, text.get(), size);

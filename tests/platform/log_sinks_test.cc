@@ -22,7 +22,8 @@ void drop(const char* /*format*/, ...) {}
 // The lines that a sink is to write, after sending the messages to `sink`.
 std::string lines_to(Sink sink) {
   sink("%s of %d", "50%s%n", 7);
-  std::string lines = "50%s%n of 7\n";
+  sink("%s\r", "a\n[b] c\x1B\x7F\xC2\x85 \xC2\xA9\xC2\n");
+  std::string lines = "50%s%n of 7\na\\x0a[b] c\\x1b\\x7f\\xc2\\x85 \xC2\xA9\xC2\\x0a\\x0d\n";
   // Around the size of the sink's own buffer, and far beyond it.
   for (const std::size_t length : {1021U, 1022U, 1023U, 1024U, 100'000U}) {
     const std::string line = std::string(length, 'x') + '\n';
