@@ -40,15 +40,15 @@ CSqlite::~CSqlite() {
 }
 
 bool CSqlite::openDatabase(const char* name) {
-  if (name != nullptr && *name != '\0') {
-    store_path(*this, name);
-  } else if (db_name[0] == '\0') {
+  const char* const path = name != nullptr && *name != '\0' ? name : db_name;
+  if (*path == '\0') {
     LogDebug("[CSqlite] Database name is NULL\n");
     return false;
   }
   if (db != nullptr && !closeDatabase()) {
     return false;
   }
+  store_path(*this, path);
   if (sqlite3_open(db_name, &db) != SQLITE_OK) {
     LogDebug("[CSqlite] Can't open database: %s\n", sqlite3_errmsg(db));
     sqlite3_close(db);

@@ -7,9 +7,8 @@
 // open it again before the next statement.
 //
 // What all operations keep to:
-//  - On a closed object every statement is logged and answers false or -1; without a result there
-//  is
-//    no column and every getter answers false.
+//  - On a closed object every statement is logged and answers false or -1. Without a result there
+//    is no column, and every getter answers false.
 //  - A null argument that has no stated meaning is refused with false or -1, and changes nothing.
 //  - While another connection holds the database busy or locked, an operation is tried up to 100000
 //    times with pauses of 10 microseconds and one log line for each attempt. When the last attempt
@@ -37,7 +36,8 @@ class ORVANEIP_API CSqlite {
   CSqlite& operator=(const CSqlite&) = delete;
 
   // Opens the file `name`, or the one in `db_name` when `name` is null or empty; SQLite creates a
-  // file that is missing. What the object had open is closed first.
+  // file that is missing. What the object had open is closed first; when that is refused the object
+  // stays as it is, its name included, and the answer is false.
   bool openDatabase(const char* name);
 
   // Releases the result and closes the connection. True when it is closed afterwards, also when
@@ -45,7 +45,10 @@ class ORVANEIP_API CSqlite {
   // it stays open then.
   bool closeDatabase();
 
-  // Runs the statements of `sql`; rows are dropped. A busy retry runs the whole text again.
+  // Runs the statements of `sql`; rows are dropped. A busy retry runs the whole text again, with
+  // what has run of it: so "BEGIN; ..." that meets a lock behind its BEGIN fails at the second
+  // BEGIN, and the transaction is rolled back as the connection is closed. Let "BEGIN IMMEDIATE",
+  // which meets the lock itself, be a call of its own, and each statement after it.
   bool ExecSQL(const char* sql);
 
   // Runs the statements of `sql`, then reads the AUTOINCREMENT counter of `table`: after an INSERT

@@ -128,7 +128,8 @@ TEST_F(Sqlite, ARefusedCloseLeavesItOpenAndAClosedObjectAnswersFalse) {
   sqlite3_stmt* own = nullptr;
   ASSERT_EQ(sqlite3_prepare_v2(object_->db, "SELECT 1", -1, &own, nullptr), SQLITE_OK);
   EXPECT_FALSE(object_->closeDatabase());
-  EXPECT_FALSE(object_->openDatabase(nullptr));
+  EXPECT_FALSE(object_->openDatabase("other"));
+  EXPECT_EQ(object_->db_name, path_);
   EXPECT_TRUE(object_->ExecSQL("SELECT 1"));
   sqlite3_finalize(own);
   EXPECT_TRUE(object_->closeDatabase());
