@@ -31,6 +31,10 @@ void* xmlcfg_open(TCfgMode mode, const char* path) {
   static const auto platforms =
       reinterpret_cast<decltype(&xmlcfg_open)>(dlsym(RTLD_NEXT, "xmlcfg_open"));
   const std::string name = path;
+  if (test::call_fails != nullptr &&
+      test::call_fails("xmlcfg_open" + name.substr(name.rfind('/')))) {
+    return nullptr;
+  }
   return platforms(mode, (is_fixed(name) ? folder + name.substr(name.rfind('/')) : name).c_str());
 }
 

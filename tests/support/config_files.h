@@ -8,6 +8,9 @@
 
 namespace test {
 
+// When it is set, a call of the platform for which it gives true fails.
+inline bool (*call_fails)(const std::string& call) = nullptr;
+
 // A folder that the library's fixed paths lead to while it exists: the test program's own
 // xmlcfg_open comes before the platform's. Without such a folder no fixed path can be opened.
 class ConfigFiles : public TempFolder {

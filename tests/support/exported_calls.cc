@@ -1,0 +1,279 @@
+#include "tests/support/exported_calls.h"
+
+#include <cstring>
+
+namespace test {
+namespace {
+
+constexpr char kDeviceTree[] =
+    "device_node_list=device_001,device_000;device_000/builtin=true;device_000/qid=gone;"
+    "device_001/device_id=a";
+constexpr char kEvents[] =
+    "d/terminal_node_list=t;d/t/event_node_list=e,f;d/t/e/evt_id=1;d/t/f/evt_id=2";
+
+char id_a[] = "a";
+char node_d[] = "d";
+char node_f[] = "f";
+char top[] = "device";
+char terminal[] = "terminal";
+char text_x[] = "x";
+char missing[] = "missing";
+char table_t[] = "t";
+char table_u[] = "u";
+
+struct Release {
+  void operator()(json_object* document) const { json_object_put(document); }
+  void operator()(table_info* columns) const { devcfg_del_tb_info(columns); }
+};
+using Columns = std::unique_ptr<table_info, Release>;
+
+std::string written(const std::string& file, const char* top_element, const char* values) {
+  write_tree(file, top_element, values);
+  return file;
+}
+
+int change_data_sources(Own& own) {
+  int code = 0;
+  std::string id = own.id + "+";
+  std::vector<int> indexes;
+  char name[kVaultNameBytes] = "";
+  char description[kDescriptionBytes];
+  devcfg_add_device(id.data(), id_a, nullptr, id_a, id_a, nullptr, nullptr, own.channels, 0, false,
+                    true, &code);
+  devcfg_modify_device(id.data(), nullptr, own.name, own.name, nullptr, nullptr, own.channels,
+                       nullptr, own.name, nullptr, nullptr, indexes);
+  devcfg_remove_device(id.data(), name, description);
+  return code == 0 && own.id == name ? 1 : 0;
+}
+
+// How many data sources the document lists.
+int listed(json_object* made) {
+  const std::unique_ptr<json_object, Release> document(made);
+  json_object* list = json_object_object_get(made, "vault_list");
+  return list == nullptr ? 0 : static_cast<int>(json_object_array_length(list));
+}
+
+int list_data_sources(Own& own) {
+  int found = 0;
+  devcfg_check_vault_exist(own.id.data(), &found);
+  devcfg_check_vault_name(missing, &found);
+  const bool some = listed(devcfg_get_all_device(nullptr, nullptr, nullptr, nullptr)) > 0;
+  return some && listed(devcfg_get_device(own.id.data(), nullptr)) == found ? found : 0;
+}
+
+int change_lists(Own& own) {
+  bool has_token = true;
+  notify_camera_removed(missing);
+  notify_camera_modified(missing, id_a, 0);
+  metadata_remove(missing, nullptr, nullptr, nullptr);
+  devcfg_clear_filter_token(id_a);
+  devcfg_check_filter_token(id_a, &has_token);
+  return devcfg_modify_filter(own.id.data(), own.filters) == 0 && !has_token ? 1 : 0;
+}
+
+int filter_text(Own& own) {
+  FilterReport report;
+  std::string text = "old";
+  std::string again = text;
+  ft_filter_string(own.id.data(), text.data());
+  ft_filter_string_bounded(own.id.data(), again.data(), again.size() + 1, report);
+  return text == "new" && again == "new" ? 1 : 0;
+}
+
+int apply_rules(Own&) {
+  std::vector<rule> rules(1);
+  std::strcpy(rules[0].target, "x");
+  std::strcpy(rules[0].result, "xxy");
+  FilterReport report;
+  char bytes[4096] = "xx";
+  char* text = bytes;
+  do_filtering_bounded(rules, text, sizeof(bytes), report);
+  const std::size_t length = std::strlen(text);
+  std::strcpy(text, "xx");
+  do_filtering(rules, text);
+  return std::strlen(text) == length ? static_cast<int>(length) : 0;
+}
+
+int escape(Own&) {
+  std::vector<std::string> patterns;
+  std::string expression;
+  check_abnormal_char_for_special_for_SQL("a+'b' \"c d\" and one that is longer", patterns);
+  check_abnormal_char_for_special_for_mongo("a+b \"c d\" and one that is longer", expression);
+  return static_cast<int>(patterns.size() * 100 + expression.size());
+}
+
+int query(Own& own) {
+  CSqlite db(own.database.c_str());
+  char* text = nullptr;
+  const bool done = db.openDatabase(nullptr) && db.ExecSQL("DELETE FROM t") &&
+                    db.ExecSQL("INSERT INTO t (a) VALUES ('one and the same text')", table_t) > 0 &&
+                    db.Parametrized_ExecSQL("UPDATE t SET b = ?", "b", nullptr) &&
+                    db.QuerySQL("SELECT * FROM t WHERE b = 'b'") && db.QTotalRecords() == 1 &&
+                    db.QGetStringByName1("a", &text);
+  const std::string found = text != nullptr ? text : "";
+  std::free(text);
+  return done && found == "one and the same text" ? 1 : 0;
+}
+
+int upgrade(Own& own) {
+  int count = 0;
+  CSqlite(own.database.c_str()).openDatabase(nullptr);
+  const Columns wanted(devcfg_load_table_schema(own.database.data(), table_t));
+  const Columns current(devcfg_load_table_schema(own.database.data(), table_u));
+  const Columns fresh(devcfg_compare_table_schema(current.get(), wanted.get(), &count));
+  std::vector<std::string> statements;
+  devcfg_upgrade_statements(fresh.get(), table_u, statements);
+  return count == 2 && statements.size() == 2 && statements[1] == "ALTER TABLE u ADD b TEXT" &&
+         devcfg_update_table(current.get(), table_u, own.database.data()) == -1;
+}
+
+int pack(Own&) {
+  char payload[] = "payload";
+  unsigned char frame[sizeof(payload) + kFrameOverheadBytes];
+  unsigned char received[sizeof(payload)];
+  devcfg_generate_send_packet(frame, payload, sizeof(payload));
+  devcfg_analysis_recv_packet(frame, received);
+  return devcfg_find_frame(frame, sizeof(frame), sizeof(payload), true).is_whole &&
+         getCheckSum(received, sizeof(received), 0) == frame[sizeof(frame) - 2] &&
+         devcfg_unpack_frame(frame, sizeof(frame), received, sizeof(received), nullptr) == 0;
+}
+
+int use_helpers(Own& own) {
+  char id[kDeviceIdBytes];
+  const int network = get_nas_net_info(nullptr, nullptr, nullptr, nullptr);
+  LogDebug("%s", own.id.c_str());
+  return devcfg_get_net_info(id) == 0 && create_device_id() != id &&
+         split("a,b", ',').size() == 2 && create_terminal_id().size() == 35 &&
+         get_timezone_diff() % 60 == 0 && check_file_exist(own.database.data()) &&
+         devcfg_dev_load(nullptr) == -1 && (network == 0 || network == kDevcfgAddressListEmpty) &&
+         *devcfg_result_text(0) == 's';
+}
+
+int read_rules(Own&) {
+  std::vector<dev_filter> devices;
+  char output[8];
+  const int result = devcfg_get_filter_rules_list(devices);
+  const int matched = devcfg_match_filters("x", output, sizeof(output), id_a, devices) +
+                      devcfg_do_filtering(text_x, 1, output, sizeof(output), id_a, devices);
+  devcfg_free_filter_rules_list(devices);
+  return result < 0 ? result : matched;
+}
+
+int read_rule_tree(Own& own) {
+  std::vector<filter> filters;
+  std::vector<rule> rules;
+  get_rule_list(own.rules, node_d, node_f, rules);
+  const int count = get_filter_rule(own.rules, node_d, filters);
+  return count > 0 && filters[0].rule_list.size() == rules.size() ? count : 0;
+}
+
+int find_node(Own& own) {
+  char list[] = "n";
+  char found[2] = "";
+  devcfg_find_device_node(own.terminals.handle, list, id_a, found);
+  return found[0] == 'n' ? 1 : 0;
+}
+
+int get_node(Own& own) {
+  TDeviceInfo info;
+  return get_device(own.device.handle, 1, &info) ? 1 : 0;
+}
+
+int preview(Own&) {
+  BuiltinChanges changes;
+  return devcfg_preview_builtin(changes) + 1;
+}
+
+int look_for_rules(Own&) {
+  dev_filter device;
+  return devcfg_get_filter_rule(id_a, device) + 1;
+}
+
+}  // namespace
+
+const std::vector<Call> kExportedCalls = {
+    {"change_data_sources", change_data_sources},
+    {"list_data_sources", list_data_sources},
+    {"change_lists", change_lists},
+    {"filter_text", filter_text},
+    {"apply_rules", apply_rules, 2002},
+    {"escape", escape, 731},
+    {"query", query},
+    {"upgrade", upgrade},
+    {"pack", pack},
+    {"use_helpers", use_helpers},
+    {"devcfg_check_builtin",
+     [](Own&) { return devcfg_check_builtin() + 1; },
+     1,
+     {{"xmlcfg_open", 0}, {"xmlcfg_set", 0}, {"xmlcfg_remove", 0}, {"xmlcfg_close", 0}}},
+    {"devcfg_preview_builtin", preview, 1, {{"xmlcfg_open", 0}}},
+    {"devcfg_get_device_node",
+     [](Own&) { return devcfg_get_device_node(id_a); },
+     1,
+     {{"xmlcfg_open", -1}, {"xmlcfg_get_str", -1}}},
+    {"find_device_exist",
+     [](Own& own) { return find_device_exist(own.device.handle, id_a); },
+     1,
+     {{"xmlcfg_get_str", -1}}},
+    {"find_device_exist_access",
+     [](Own& own) { return find_device_exist_access(own.device.handle, id_a, top); },
+     1,
+     {{"xmlcfg_get_str", -1}}},
+    {"add_device_node",
+     [](Own& own) { return add_device_node(own.terminals.handle, 7, terminal) ? 1 : 0; }},
+    {"get_device", get_node, 1, {{"xmlcfg_get_str/device/device_001/device_id", 0}}},
+    {"devcfg_find_device_node", find_node, 1, {{"xmlcfg_get_str", 0}}},
+    {"remove_event_in_table",
+     [](Own& own) { return remove_event_in_table(own.events.handle, node_d) ? 1 : 0; },
+     1,
+     {{"aevt_remove_event", 0}}},
+    {"read_rules",
+     read_rules,
+     4,
+     {{"xmlcfg_open", -1},
+      {"xmlcfg_export", -1},
+      {"xmltree", 0},
+      {"xmltree_get_str/filter/d/f/name", 4},
+      {"xmltree_get_str/filter/d/f/r/name", 4},
+      {"xmltree_get_str/filter/d/f/r/result", 4}}},
+    {"read_rule_tree",
+     read_rule_tree,
+     1,
+     {{"xmltree_get_str/filter/d/f/rule_node_list", 0},
+      {"xmltree_get_str/filter/d/filter_node_list", 0}}},
+    {"devcfg_get_filter_rule", look_for_rules, 1, {{"xmlcfg_open/kfilter.xml", 0}}},
+};
+
+Own::Own(const ConfigFiles& files, const std::string& own_name)
+    : id(own_name),
+      database(files.file(own_name + ".db")),
+      name('"' + own_name + '"'),
+      channels(R"([{"guid":"g","channel_index":4,"name":"n"}])"),
+      filters(R"([{"type":1,"target":"old","result":"new","name":5}])"),
+      device(written(files.file(own_name), "device", kDeviceTree), kCfgChange),
+      terminals(written(files.file(own_name + "-terminals"), "terminal", "n/device_id=a"),
+                kCfgChange),
+      events(written(files.file(own_name + "-events"), "device_event_root", kEvents)) {
+  EXPECT_EQ(add(id, "name"), 0);
+  EXPECT_EQ(devcfg_modify_filter(id.data(), filters), 0);
+  CSqlite db(database.c_str());
+  EXPECT_TRUE(db.openDatabase(nullptr) &&
+              db.ExecSQL("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, a TEXT, b TEXT);"
+                         "CREATE TABLE u (id INTEGER)"));
+  rules = xmlcfg_export_xmltree(Tree(files.rule_file()).handle, "filter", nullptr);
+}
+
+void write_fixed_files(const ConfigFiles& files) {
+  write_tree(files.device_tree(), "device", kDeviceTree);
+  write_tree(files.builtin_list(), "device", "no=1;builtin_0/qid=fresh;builtin_0/builtin=yes");
+  write_tree(files.rule_file(), "filter",
+             "device_node_list=d;d/device_id=a;d/filter_node_list=f;d/f/enable=1;"
+             "d/f/rule_node_list=r;d/f/r/enable=1;d/f/r/type=1;d/f/r/target=x");
+}
+
+}  // namespace test
+
+// Instead of the event service.
+int aevt_remove_event(std::string) {
+  return test::call_fails != nullptr && test::call_fails("aevt_remove_event") ? 0 : 1;
+}

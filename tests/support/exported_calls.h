@@ -1,0 +1,38 @@
+// The exported functions as a table of calls that can be repeated: a test lets what lies below fail
+// in each of them, or runs them in many threads.
+#pragma once
+
+#include <map>
+
+#include "tests/support/config_files.h"
+#include "tests/support/vault_calls.h"
+
+namespace test {
+
+// What the calls work on. Each thread has its own; the vault database and the fixed paths, which
+// lead to `files`, are shared.
+struct Own {
+  Own(const ConfigFiles& files, const std::string& name);
+
+  std::string id;        // of a stored data source
+  std::string database;  // an SQLite file
+  Json name, channels, filters;
+  Tree device, terminals, events;  // open trees
+  void** rules;                    // a copy of the rule file
+  ~Own() { xmltree_destroy(rules); }
+};
+
+struct Call {
+  const char* name;
+  int (*run)(Own& own);
+  int result = 1;  // above 0
+  // Other results, when a call of the configuration tree or the event service fails, by what that
+  // call begins with; the longest one counts.
+  std::map<std::string, int> failing = {};
+};
+extern const std::vector<Call> kExportedCalls;
+
+// Writes the files of the fixed paths.
+void write_fixed_files(const ConfigFiles& files);
+
+}  // namespace test
