@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "platform/embedded/data_source_records.h"
+#include "platform/embedded/statements.h"
 #include "platform/embedded/vault_session.h"
 #include "vault/data_source.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 using namespace metadata_vault;
 using orvaneplatform::read_vault;
+using orvaneplatform::run_statement;
 using orvaneplatform::write_vault;
 using soci::session;
 using soci::use;
@@ -24,13 +26,11 @@ int append_rows(VaultStatus status, std::vector<Record>&& rows, std::vector<Reco
 }
 
 // The statement was meant for one row.
-VaultStatus one_row(soci::statement& statement) {
-  statement.execute(true);
-  return statement.get_affected_rows() > 0 ? kVaultOk : kVaultNotFound;
-}
+VaultStatus one_row(long long changed_rows) { return changed_rows > 0 ? kVaultOk : kVaultNotFound; }
 
-void remove_rows(session& sql, const char* table, const char* column, const std::string& text) {
-  sql << "DELETE FROM " << table << " WHERE " << column << " = :text", use(text);
+void remove_rows(session& sql, const std::string& table, const std::string& column,
+                 const std::string& text) {
+  run_statement(sql, "DELETE FROM " + table + " WHERE " + column + " = :text", use(text));
 }
 
 // 0, which is no key of the database, when `record_id` is not a number.
@@ -70,11 +70,13 @@ int CDataSource::query_data_source_sort_by_index(std::vector<DataSource>& found)
 int CDataSource::insert_data_source(const DataSource& data_source) {
   return write_vault(state_, __func__, [&](session& sql) {
     const int enable = data_source.enable ? 1 : 0;
-    sql << "INSERT INTO data_source (vault_id, type, vault_name, enable, list_index, description,"
-           " last_recv_time) VALUES (:vault_id, :type, :vault_name, :enable, :list_index,"
-           " :description, 0)",
+    run_statement(
+        sql,
+        "INSERT INTO data_source (vault_id, type, vault_name, enable, list_index, description,"
+        " last_recv_time) VALUES (:vault_id, :type, :vault_name, :enable, :list_index,"
+        " :description, 0)",
         use(data_source.vault_id), use(data_source.type), use(data_source.vault_name), use(enable),
-        use(data_source.index), use(data_source.description);
+        use(data_source.index), use(data_source.description));
     return kVaultOk;
   });
 }
@@ -83,13 +85,13 @@ int CDataSource::update_data_source(const DataSource& data_source) {
   return write_vault(state_, __func__, [&](session& sql) {
     const int enable = data_source.enable ? 1 : 0;
     const long long last_recv_time = data_source.last_recv_time;
-    soci::statement update =
-        (sql.prepare << "UPDATE data_source SET type = :type, vault_name = :vault_name,"
-                        " enable = :enable, list_index = :list_index, description = :description,"
-                        " last_recv_time = :last_recv_time WHERE vault_id = :vault_id",
-         use(data_source.type), use(data_source.vault_name), use(enable), use(data_source.index),
-         use(data_source.description), use(last_recv_time), use(data_source.vault_id));
-    return one_row(update);
+    return one_row(run_statement(
+        sql,
+        "UPDATE data_source SET type = :type, vault_name = :vault_name,"
+        " enable = :enable, list_index = :list_index, description = :description,"
+        " last_recv_time = :last_recv_time WHERE vault_id = :vault_id",
+        use(data_source.type), use(data_source.vault_name), use(enable), use(data_source.index),
+        use(data_source.description), use(last_recv_time), use(data_source.vault_id)));
   });
 }
 
@@ -98,17 +100,19 @@ int CDataSource::remove_data_source(const DataSource& data_source) {
     const std::string& vault_id = data_source.vault_id;
     remove_rows(sql, "channel", "vault_id", vault_id);
     remove_rows(sql, "filter", "vault_id", vault_id);
-    soci::statement remove =
-        (sql.prepare << "DELETE FROM data_source WHERE vault_id = :vault_id", use(vault_id));
-    return one_row(remove);  // no such data source: the two removals are taken back
+    // No such data source: the two removals are taken back.
+    return one_row(
+        run_statement(sql, "DELETE FROM data_source WHERE vault_id = :vault_id", use(vault_id)));
   });
 }
 
 int CDataSource::insert_channel(const Channel& channel) {
   return write_vault(state_, __func__, [&](session& sql) {
-    sql << "INSERT INTO channel (vault_id, channel_index, guid, name)"
-           " VALUES (:vault_id, :channel_index, :guid, :name)",
-        use(channel.vault_id), use(channel.channel_index), use(channel.guid), use(channel.name);
+    run_statement(sql,
+                  "INSERT INTO channel (vault_id, channel_index, guid, name)"
+                  " VALUES (:vault_id, :channel_index, :guid, :name)",
+                  use(channel.vault_id), use(channel.channel_index), use(channel.guid),
+                  use(channel.name));
     return kVaultOk;
   });
 }
@@ -116,12 +120,12 @@ int CDataSource::insert_channel(const Channel& channel) {
 int CDataSource::update_channel(const Channel& channel) {
   return write_vault(state_, __func__, [&](session& sql) {
     const long long key = key_of(channel.record_id);
-    soci::statement update =
-        (sql.prepare << "UPDATE channel SET vault_id = :vault_id, channel_index = :channel_index,"
-                        " guid = :guid, name = :name WHERE record_id = :record_id",
-         use(channel.vault_id), use(channel.channel_index), use(channel.guid), use(channel.name),
-         use(key));
-    return one_row(update);
+    return one_row(
+        run_statement(sql,
+                      "UPDATE channel SET vault_id = :vault_id, channel_index = :channel_index,"
+                      " guid = :guid, name = :name WHERE record_id = :record_id",
+                      use(channel.vault_id), use(channel.channel_index), use(channel.guid),
+                      use(channel.name), use(key)));
   });
 }
 
@@ -151,10 +155,11 @@ int CDataSource::remove_channel_by_vault_id(const std::string& vault_id) {
 
 int CDataSource::insert_filter(const Filter& filter) {
   return write_vault(state_, __func__, [&](session& sql) {
-    sql << "INSERT INTO filter (vault_id, type, target, result, name)"
-           " VALUES (:vault_id, :type, :target, :result, :name)",
-        use(filter.vault_id), use(filter.type), use(filter.target), use(filter.result),
-        use(filter.name);
+    run_statement(sql,
+                  "INSERT INTO filter (vault_id, type, target, result, name)"
+                  " VALUES (:vault_id, :type, :target, :result, :name)",
+                  use(filter.vault_id), use(filter.type), use(filter.target), use(filter.result),
+                  use(filter.name));
     return kVaultOk;
   });
 }

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "platform/embedded/sqlite_engine.h"
+#include "platform/embedded/statements.h"
 #include "platform/embedded/vault_file.h"
 #include "platform/embedded/vault_transaction.h"
 #include "platform/log_sinks.h"
@@ -12,6 +13,7 @@
 namespace {
 
 namespace engine = orvaneplatform::sqlite_engine;
+using orvaneplatform::run_statement;
 
 // The names are stored in files, and other programs insert into the table: they must not change.
 constexpr char kCreateTable[] =
@@ -24,11 +26,9 @@ void report(const std::string& path, const std::string& reason) {
 bool remove_from(soci::session& sql, const std::string& event_id) {
   engine::prepare_empty(sql);
   orvaneplatform::WriteTransaction transaction(sql);
-  sql << kCreateTable;
-  soci::statement remove =
-      (sql.prepare << "DELETE FROM active_event WHERE event_id = :event_id", soci::use(event_id));
-  remove.execute(true);
-  const bool removed = remove.get_affected_rows() > 0;
+  run_statement(sql, kCreateTable);
+  const bool removed = run_statement(sql, "DELETE FROM active_event WHERE event_id = :event_id",
+                                     soci::use(event_id)) > 0;
   transaction.commit();
   return removed;
 }

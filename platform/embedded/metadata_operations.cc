@@ -1,3 +1,4 @@
+#include "platform/embedded/statements.h"
 #include "platform/embedded/vault_session.h"
 #include "vault/data_source.h"
 
@@ -7,9 +8,8 @@ CMetadata::~CMetadata() = default;
 int CMetadata::remove_metadata(std::string key) {
   using namespace metadata_vault;
   return orvaneplatform::write_vault(state_, __func__, [&](soci::session& sql) {
-    soci::statement remove =
-        (sql.prepare << "DELETE FROM metadata WHERE metadata_id = :key", soci::use(key));
-    remove.execute(true);
-    return remove.get_affected_rows() > 0 ? kVaultOk : kVaultNotFound;
+    const long long removed = orvaneplatform::run_statement(
+        sql, "DELETE FROM metadata WHERE metadata_id = :key", soci::use(key));
+    return removed > 0 ? kVaultOk : kVaultNotFound;
   });
 }

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <thread>
 
+#include "platform/embedded/statements.h"
+
 namespace orvaneplatform::sqlite_engine {
 namespace {
 
@@ -30,7 +32,7 @@ sqlite_api::sqlite3* handle_of(soci::session& sql) {
 
 int int_pragma(soci::session& sql, const char* name) {
   int value = 0;
-  sql << "PRAGMA " << name, soci::into(value);
+  run_statement(sql, std::string("PRAGMA ") + name, soci::into(value));
   return value;
 }
 
@@ -42,7 +44,7 @@ int vault_version(soci::session& sql) {
 
 bool is_empty(soci::session& sql) {
   int tables = 0;
-  sql << "SELECT count(*) FROM sqlite_master", soci::into(tables);
+  run_statement(sql, "SELECT count(*) FROM sqlite_master", soci::into(tables));
   return tables == 0 && int_pragma(sql, "user_version") == 0 &&
          int_pragma(sql, "application_id") == 0;
 }
@@ -161,7 +163,7 @@ void prepare_empty(soci::session& sql) {
   for (;;) {
     try {
       std::string mode;
-      sql << "PRAGMA journal_mode = WAL", soci::into(mode);
+      run_statement(sql, "PRAGMA journal_mode = WAL", soci::into(mode));
       return;
     } catch (const soci::soci_error& error) {
       if (!is_busy(error) || std::chrono::steady_clock::now() >= deadline) {
@@ -173,16 +175,15 @@ void prepare_empty(soci::session& sql) {
 }
 
 void set_schema_version(soci::session& sql, int version) {
-  // As texts: a program's locale may group the digits of numbers.
-  sql << "PRAGMA application_id = " + std::to_string(kApplicationId);
-  sql << "PRAGMA user_version = " + std::to_string(kVersionMark + version);
+  run_statement(sql, "PRAGMA application_id = " + std::to_string(kApplicationId));
+  run_statement(sql, "PRAGMA user_version = " + std::to_string(kVersionMark + version));
 }
 
 void begin_write(soci::session& sql) {
-  sql << "PRAGMA synchronous = FULL";
-  sql << "PRAGMA journal_size_limit = 0";  // the size of an emptied log
+  run_statement(sql, "PRAGMA synchronous = FULL");
+  run_statement(sql, "PRAGMA journal_size_limit = 0");  // the size of an emptied log
   empty_log_on_close(sql, true);
-  sql << "BEGIN IMMEDIATE";
+  run_statement(sql, "BEGIN IMMEDIATE");
 }
 
 std::string data_source_limit(int limit) {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/embedded/sqlite_engine.h"
+#include "platform/embedded/statements.h"
 #include "platform/embedded/vault_transaction.h"
 #include "vault/data_source.h"
 
@@ -13,24 +14,30 @@ namespace {
 // SQL, hence list_index. Channels and filters may be stored for a vault_id without a data source.
 void create_version_1(soci::session& sql) {
   const std::string key = std::string("record_id ") + sqlite_engine::kKeyColumn;
-  sql << "CREATE TABLE data_source (" << key
-      << ", vault_id TEXT NOT NULL UNIQUE, type TEXT NOT NULL, vault_name TEXT NOT NULL,"
-         " enable INTEGER NOT NULL, list_index INTEGER NOT NULL, description TEXT NOT NULL,"
-         " last_recv_time BIGINT NOT NULL)";
-  sql << "CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
-         " WHERE list_index >= 0";
-  sql << sqlite_engine::data_source_limit(metadata_vault::kMaxDataSources);
-  sql << "CREATE TABLE channel (" << key
-      << ", vault_id TEXT NOT NULL, channel_index INTEGER NOT NULL, guid TEXT NOT NULL,"
-         " name TEXT NOT NULL)";
-  sql << "CREATE INDEX channel_by_vault ON channel (vault_id, channel_index, record_id)";
-  sql << "CREATE INDEX channel_by_guid ON channel (guid)";
-  sql << "CREATE TABLE filter (" << key
-      << ", vault_id TEXT NOT NULL, type INTEGER NOT NULL, target TEXT NOT NULL,"
-         " result TEXT NOT NULL, name TEXT NOT NULL)";
-  sql << "CREATE INDEX filter_by_vault ON filter (vault_id, record_id)";
-  sql << "CREATE TABLE metadata (" << key
-      << ", metadata_id TEXT NOT NULL UNIQUE, vault_id TEXT NOT NULL, content TEXT NOT NULL)";
+  run_statement(
+      sql, "CREATE TABLE data_source (" + key +
+               ", vault_id TEXT NOT NULL UNIQUE, type TEXT NOT NULL, vault_name TEXT NOT NULL,"
+               " enable INTEGER NOT NULL, list_index INTEGER NOT NULL, description TEXT NOT NULL,"
+               " last_recv_time BIGINT NOT NULL)");
+  run_statement(sql,
+                "CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
+                " WHERE list_index >= 0");
+  run_statement(sql, sqlite_engine::data_source_limit(metadata_vault::kMaxDataSources));
+  run_statement(sql,
+                "CREATE TABLE channel (" + key +
+                    ", vault_id TEXT NOT NULL, channel_index INTEGER NOT NULL, guid TEXT NOT NULL,"
+                    " name TEXT NOT NULL)");
+  run_statement(sql,
+                "CREATE INDEX channel_by_vault ON channel (vault_id, channel_index, record_id)");
+  run_statement(sql, "CREATE INDEX channel_by_guid ON channel (guid)");
+  run_statement(sql, "CREATE TABLE filter (" + key +
+                         ", vault_id TEXT NOT NULL, type INTEGER NOT NULL, target TEXT NOT NULL,"
+                         " result TEXT NOT NULL, name TEXT NOT NULL)");
+  run_statement(sql, "CREATE INDEX filter_by_vault ON filter (vault_id, record_id)");
+  run_statement(
+      sql,
+      "CREATE TABLE metadata (" + key +
+          ", metadata_id TEXT NOT NULL UNIQUE, vault_id TEXT NOT NULL, content TEXT NOT NULL)");
 }
 
 // Step i brings version i to version i + 1.

@@ -3,7 +3,10 @@
 
 #include <soci/soci.h>
 
+#include <exception>
+
 #include "platform/embedded/sqlite_engine.h"
+#include "platform/embedded/statements.h"
 
 namespace orvaneplatform {
 
@@ -18,7 +21,7 @@ class Transaction {
   Transaction& operator=(const Transaction&) = delete;
 
   void commit() {
-    sql_ << "COMMIT";
+    run_statement(sql_, "COMMIT");
     committed_ = true;
   }
 
@@ -28,9 +31,10 @@ class Transaction {
  private:
   void roll_back() noexcept {
     try {
-      sql_ << "ROLLBACK";
-    } catch (const soci::soci_error&) {
-      // The database has rolled back by itself, as it does on some errors.
+      run_statement(sql_, "ROLLBACK");
+    } catch (const std::exception&) {
+      // The database has rolled back by itself, as it does on some errors; or memory is exhausted,
+      // and it does so when the connection is closed.
     }
   }
 
@@ -41,7 +45,7 @@ class Transaction {
 // Reads one moment's state, whatever others write meanwhile.
 class ReadTransaction : public Transaction {
  public:
-  explicit ReadTransaction(soci::session& sql) : Transaction(sql) { sql << "BEGIN"; }
+  explicit ReadTransaction(soci::session& sql) : Transaction(sql) { run_statement(sql, "BEGIN"); }
 };
 
 // Holds the write lock; its commit is durable.
