@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <system_error>
 
 #include "platform/embedded/tree_layout.h"
@@ -93,17 +94,20 @@ bool TreeHandle::store(Names names, std::string_view value) {
     return refuse("the file has another top element", names);
   }
   const PathFinder::Found found = finder_.find(top, names);
-  if (found.depth == names.size()) {
-    changed_ = store_value(found.element, value) || changed_;
-    return true;
-  }
   if (!std::all_of(names.begin() + static_cast<std::ptrdiff_t>(found.depth), names.end(),
                    is_plain_name)) {
     return refuse("a name in the path is not allowed", names);
   }
-  changed_ = true;
-  store_value(create(found, names), value);
+  whole_ = false;
+  change(found, names, value);
+  whole_ = true;
   return true;
+}
+
+void TreeHandle::change(PathFinder::Found found, Names names, std::string_view value) {
+  const bool is_there = found.depth == names.size();
+  const bool changed = store_value(is_there ? found.element : create(found, names), value);
+  changed_ = changed_ || changed || !is_there;
 }
 
 xml_node TreeHandle::create(PathFinder::Found found, Names names) {
@@ -120,7 +124,9 @@ bool TreeHandle::remove(Names names) {
     return element ? refuse("the tree is open to be read", names) : false;
   }
   finder_.forget();
+  whole_ = false;
   drop_element(element);
+  whole_ = true;
   changed_ = true;
   return true;
 }
@@ -135,13 +141,24 @@ std::unique_ptr<TreeCopy> TreeHandle::copy(Names names) const {
   }
   auto copied = std::make_shared<TreeFile>();
   const xml_node top = copied->document.append_copy(element);
+  // pugixml leaves out what it has no memory for.
+  needed(element_text(top) == element_text(element));
   return std::make_unique<TreeCopy>(std::move(copied), top);
 }
 
 bool TreeHandle::save() {
-  if (!changed_) {
-    return true;
+  try {
+    if (whole_) {
+      return !changed_ || write_changes();
+    }
+  } catch (const std::bad_alloc&) {
+    // Told below.
   }
+  orvane_log_debug("[cfgtree] saving %s failed: memory is exhausted", path_.c_str());
+  return false;
+}
+
+bool TreeHandle::write_changes() {
   const std::string text = tree_text(*tree_);
   if (text.size() > kMaxFileBytes) {
     orvane_log_debug("[cfgtree] saving %s failed: it would be larger than 64 MiB", path_.c_str());

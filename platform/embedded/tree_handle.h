@@ -43,14 +43,17 @@ class TreeHandle {
   bool remove(Names names);
   std::unique_ptr<TreeCopy> copy(Names names) const;
 
-  // Writes the changes to the file. False and a log line when that fails.
+  // Writes the changes to the file. False and a log line when that fails, and when memory ran out
+  // in the middle of a change.
   bool save();
 
  private:
   TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lock,
              std::shared_ptr<TreeFile> tree);
 
+  void change(PathFinder::Found found, Names names, std::string_view value);
   pugi::xml_node create(PathFinder::Found found, Names names);
+  bool write_changes();
   bool refuse(const char* what, Names names) const;
 
   std::string path_;
@@ -59,6 +62,7 @@ class TreeHandle {
   std::shared_ptr<TreeFile> tree_;
   PathFinder finder_;
   bool changed_ = false;
+  bool whole_ = true;  // false: memory ran out in the middle of a change
 };
 
 }  // namespace orvaneplatform

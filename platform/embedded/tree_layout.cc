@@ -57,9 +57,18 @@ std::string indentation_step(xml_node document) {
   return blanks < start.size() ? start.substr(blanks) : kIndentation;
 }
 
+xml_node named(xml_node element, const char* name) {
+  needed(element.set_name(name));
+  return element;
+}
+
+void append_text(xml_node parent, const char* text) {
+  needed(parent.append_child(pugi::node_pcdata).set_value(text));
+}
+
 void insert_text(xml_node parent, const std::string& text, xml_node before) {
   if (!text.empty()) {
-    parent.insert_child_before(pugi::node_pcdata, before).set_value(text.c_str());
+    needed(parent.insert_child_before(pugi::node_pcdata, before).set_value(text.c_str()));
   }
 }
 
@@ -70,10 +79,10 @@ xml_node append_first(xml_node parent, const char* name) {
   while (is_layout(parent.last_child())) {
     parent.remove_child(parent.last_child());
   }
-  xml_node element = parent.append_child(name);
+  const xml_node element = named(parent.append_child(pugi::node_element), name);
   insert_text(parent, inner, element);
   if (!outer.empty()) {
-    parent.append_child(pugi::node_pcdata).set_value(outer.c_str());
+    append_text(parent, outer.c_str());
   }
   return element;
 }
@@ -89,8 +98,10 @@ xml_node append_element(xml_node parent, const char* name) {
   }
   const std::string start = line_start(last);
   const xml_node end = parent.last_child();
-  xml_node element =
-      is_layout(end) ? parent.insert_child_before(name, end) : parent.append_child(name);
+  const xml_node element =
+      named(is_layout(end) ? parent.insert_child_before(pugi::node_element, end)
+                           : parent.append_child(pugi::node_element),
+            name);
   insert_text(parent, start, element);
   return element;
 }
@@ -98,13 +109,14 @@ xml_node append_element(xml_node parent, const char* name) {
 xml_node append_top_element(xml_node document, const char* name) {
   if (!document.first_child()) {
     xml_node declaration = document.append_child(pugi::node_declaration);
-    declaration.append_attribute("version").set_value("1.0");
+    pugi::xml_attribute version = declaration.append_attribute("version");
+    needed(declaration.set_name("xml") && version.set_name("version") && version.set_value("1.0"));
   }
   if (!ends_line(document.last_child())) {
-    document.append_child(pugi::node_pcdata).set_value("\n");
+    append_text(document, "\n");
   }
-  xml_node element = document.append_child(name);
-  document.append_child(pugi::node_pcdata).set_value("\n");
+  const xml_node element = named(document.append_child(pugi::node_element), name);
+  append_text(document, "\n");
   return element;
 }
 

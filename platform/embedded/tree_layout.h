@@ -5,13 +5,21 @@
 
 #include <pugixml.hpp>
 
+#include <new>
+
 namespace orvaneplatform {
+
+// pugixml tells with false that it has no memory for a change, which is half made then.
+inline void needed(bool made) {
+  if (!made) {
+    throw std::bad_alloc();
+  }
+}
 
 // True when `node` is text that only lays the file out.
 bool is_layout(pugi::xml_node node);
 
-// Adds an element as the last one below `parent`, which is an element. Empty when memory is
-// exhausted.
+// Adds an element as the last one below `parent`, which is an element.
 pugi::xml_node append_element(pugi::xml_node parent, const char* name);
 
 // Adds the top element to a document that has none, and the XML declaration to an empty one.

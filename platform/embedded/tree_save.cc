@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "platform/embedded/files.h"
+#include "platform/embedded/tree_layout.h"
 #include "platform/log_sinks.h"
 
 namespace orvaneplatform {
@@ -32,7 +33,7 @@ class QuoteEscaper : public pugi::xml_tree_walker {
     for (auto attribute = node.first_attribute(); attribute;
          attribute = attribute.next_attribute()) {
       if (std::strchr(attribute.value(), '"') != nullptr) {
-        attribute.set_value(quoted(attribute.value()).c_str());
+        needed(attribute.set_value(quoted(attribute.value()).c_str()));
       }
     }
     return true;
@@ -94,6 +95,12 @@ int write_and_rename(const std::string& name, const std::string& path, std::stri
 
 }  // namespace
 
+std::string element_text(pugi::xml_node element) {
+  TextWriter writer;
+  element.print(writer, "", pugi::format_raw | pugi::format_no_escapes, pugi::encoding_utf8);
+  return std::move(writer.text);
+}
+
 std::string tree_text(TreeFile& tree) {
   if (tree.original.find('\'') != std::string::npos) {
     QuoteEscaper escaper;
@@ -109,9 +116,10 @@ std::string tree_text(TreeFile& tree) {
 }
 
 bool replace_file(const std::string& path, std::string_view bytes, const struct stat& old) {
+  const std::filesystem::path folder = folder_of(path);  // nothing may throw any more afterwards
   int error = write_and_rename(path + ".saving", path, bytes, old);
   if (error == 0) {
-    error = synchronise_folder(folder_of(path));
+    error = synchronise_folder(folder);
   }
   if (error != 0) {
     orvane_log_debug("[cfgtree] saving %s failed: %s", path.c_str(),

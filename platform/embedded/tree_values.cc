@@ -66,7 +66,7 @@ void erase_text(xml_node element, xml_node piece, bool keep_layout) {
   const std::string_view text = piece.value();
   const std::string rest(text.substr(text.find_last_not_of(kBlanks) + 1));
   if (keep_layout && piece.type() == pugi::node_pcdata && !rest.empty()) {
-    piece.set_value(rest.c_str());
+    needed(piece.set_value(rest.c_str()));
   } else {
     element.remove_child(piece);
   }
@@ -87,11 +87,12 @@ void write_value(xml_node element, std::string_view value) {
   erase_value(element);
   const EncodedValue encoded = encode_value(value);
   if (!encoded.text.empty()) {
-    element.prepend_child(pugi::node_pcdata).set_value(encoded.text.c_str());
+    needed(element.prepend_child(pugi::node_pcdata).set_value(encoded.text.c_str()));
   }
   if (encoded.base64) {
     element.remove_attribute(kEncodingAttribute);
-    element.append_attribute(kEncodingAttribute).set_value(kBase64);
+    pugi::xml_attribute encoding = element.append_attribute(kEncodingAttribute);
+    needed(encoding.set_name(kEncodingAttribute) && encoding.set_value(kBase64));
   } else if (is_marked_base64(element)) {
     element.remove_attribute(kEncodingAttribute);
   }
