@@ -20,7 +20,11 @@
 //     call. Lists are appended to, never emptied first.
 //  7. Ownership. Arguments stay the caller's. A returned json_object is released with
 //     json_object_put, a returned table_info with devcfg_del_tb_info.
-//  8. Exceptions. None but those of the standard library when memory is exhausted.
+//  8. Memory. Where a function that gives back a block of the malloc family, a json_object or an
+//     SQLite result has no memory for it, it answers with its failure result. Otherwise
+//     std::bad_alloc reaches the caller, the only exception there is. Either way everything that
+//     the call took is released, and no single change of a store is half made; of several changes
+//     some may be made, as after any failure.
 //  9. Log. Failures are told in the log of the platform (platform/log_sinks.h), there is no other
 //     output.
 #pragma once

@@ -69,11 +69,18 @@ int read_sequence(CSqlite& object) {
   return object.QGetIntegerByName("seq", &value) ? value : -1;
 }
 
-void bind_texts(sqlite3_stmt* statement, va_list texts) {
-  int index = 1;
-  while (const char* text = va_arg(texts, const char*)) {
-    sqlite3_bind_text(statement, index++, text, -1, SQLITE_STATIC);
+// The result of the first text that SQLite does not take; one beyond the parameters counts as
+// taken.
+int bind_texts(sqlite3_stmt* statement, va_list texts) {
+  int result = SQLITE_OK;
+  for (int index = 1; result == SQLITE_OK; ++index) {
+    const char* text = va_arg(texts, const char*);
+    if (text == nullptr) {
+      break;
+    }
+    result = sqlite3_bind_text(statement, index, text, -1, SQLITE_STATIC);
   }
+  return result == SQLITE_RANGE ? SQLITE_OK : result;
 }
 
 // One attempt of Parametrized_ExecSQL; nothing when it met a lock.
@@ -88,8 +95,10 @@ std::optional<bool> exec_with_texts(CSqlite& object, const char* sql, va_list te
     LogDebug("[CSqlite] sqlite3_prepare_v2 error: %s\n", connection_error(object));
     return false;
   }
-  bind_texts(statement.get(), texts);
-  object.last_rc = sqlite3_step(statement.get());
+  object.last_rc = bind_texts(statement.get(), texts);
+  if (object.last_rc == SQLITE_OK) {
+    object.last_rc = sqlite3_step(statement.get());
+  }
   if (is_busy(object.last_rc)) {
     return std::nullopt;
   }

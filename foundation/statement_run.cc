@@ -36,7 +36,7 @@ int StatementRun::run(sqlite3_stmt* statement) {
   }
   names_ = names;
   cells_.resize(count);
-  return result == SQLITE_ROW ? SQLITE_ERROR : result;
+  return result == SQLITE_ROW ? (rows_differ_ ? SQLITE_ERROR : SQLITE_NOMEM) : result;
 }
 
 bool StatementRun::keep_row(sqlite3_stmt* statement) {
@@ -47,6 +47,9 @@ bool StatementRun::keep_row(sqlite3_stmt* statement) {
   rows_differ_ = names_.size() != static_cast<std::size_t>(columns);
   for (int i = 0; !rows_differ_ && i < columns; ++i) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
+    if (text == nullptr && sqlite3_errcode(db_) == SQLITE_NOMEM) {
+      return false;
+    }
     cells_.push_back(text != nullptr ? std::optional<std::string>(text) : std::nullopt);
   }
   return !rows_differ_;

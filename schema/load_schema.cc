@@ -1,7 +1,5 @@
 #include "schema/load_schema.h"
 
-#include <cstdlib>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,11 +21,12 @@ struct Column {
   std::string type;
 };
 
+// In the current row. Not through a copy: that could not tell an empty text from no memory.
 std::string text_of(CSqlite& db, const char* column) {
-  char* value = nullptr;
-  db.QGetStringByName1(column, &value);
-  const std::unique_ptr<char, decltype(&std::free)> text(value, std::free);
-  return text != nullptr ? text.get() : "";
+  const int index = db.getColumnIndex(column);
+  const char* text =
+      index < 0 ? nullptr : db.result_table[(db.cursor + 1) * db.column_count + index];
+  return text != nullptr ? text : "";
 }
 
 // A query that only gave up on a lock has no result, and counts as failed here.

@@ -3,14 +3,18 @@
 
 #include <json-c/json.h>
 
+#include <new>
 #include <string>
 
 namespace orvaneip {
 
 // The string value of `value` as json-c gives it (a number as its digits), up to the first NUL;
-// empty for null.
+// empty for null. What json-c has no memory for is no empty text.
 inline std::string string_value(json_object* value) {
   const char* text = json_object_get_string(value);
+  if (text == nullptr && value != nullptr) {
+    throw std::bad_alloc();
+  }
   return text != nullptr ? text : "";
 }
 

@@ -2,10 +2,12 @@
 
 #include <json-c/json.h>
 
+#include <charconv>
 #include <cstdint>
 #include <ctime>
 #include <limits>
 #include <string>
+#include <string_view>
 
 #include "foundation/result_codes.h"
 #include "foundation/time_zone.h"
@@ -20,33 +22,53 @@ using metadata_vault::DataSource;
 using metadata_vault::Filter;
 using StatusBuilder = json_object* (*)(std::int64_t last_recv_time);
 
-json_object* new_string(const std::string& text) {
+// Objects are null when memory is exhausted; what was to be part of such an object is released with
+// it. Nothing here throws, so that no object is lost on the way.
+json_object* new_string(std::string_view text) {
   return json_object_new_string_len(text.data(), static_cast<int>(text.size()));
 }
 
+json_object* new_decimal(std::int64_t number) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
+  return new_string({digits, static_cast<std::size_t>(end - digits)});
+}
+
+// Takes `part` into `whole`, unless one of them is null: then both are released.
+template <typename Join>
+void join(json_object*& whole, json_object* part, Join into_whole) {
+  if (whole == nullptr || part == nullptr || into_whole() != 0) {
+    json_object_put(part);
+    json_object_put(whole);
+    whole = nullptr;
+  }
+}
+
 // The key is a literal and new in its object, so json-c need neither copy it nor look it up.
-void add(json_object* object, const char* key, json_object* value) {
-  json_object_object_add_ex(object, key, value,
-                            JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_ADD_CONSTANT_KEY);
+void add(json_object*& object, const char* key, json_object* value) {
+  join(object, value, [=] {
+    return json_object_object_add_ex(object, key, value,
+                                     JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_ADD_CONSTANT_KEY);
+  });
 }
 
 json_object* receive_time(std::int64_t last_recv_time) {
   json_object* status = json_object_new_object();
   add(status, "last_recv_time_str",
-      new_string(last_recv_time != 0 ? std::to_string(last_recv_time) : ""));
+      last_recv_time != 0 ? new_decimal(last_recv_time) : new_string(""));
   return status;
 }
 
-std::string local_date(std::int64_t time_ms) {
+json_object* local_date(std::int64_t time_ms) {
   const std::time_t seconds = time_ms / 1000;
   std::tm local{};
   tzset();
   char text[128] = {};
   if (localtime_r(&seconds, &local) == nullptr ||
       std::strftime(text, sizeof(text), "%Y-%m-%d %X", &local) == 0) {
-    return "";  // a year beyond what a calendar holds
+    return new_string("");  // a year beyond what a calendar holds
   }
-  return text;
+  return new_string(text);
 }
 
 std::int64_t server_time(std::int64_t time_ms) {
@@ -64,8 +86,8 @@ json_object* receive_date(std::int64_t last_recv_time) {
     add(status, "last_recv_date", new_string(""));
     return status;
   }
-  add(status, "last_recv_date", new_string(local_date(last_recv_time)));
-  add(status, "server_time", new_string(std::to_string(server_time(last_recv_time))));
+  add(status, "last_recv_date", local_date(last_recv_time));
+  add(status, "server_time", new_decimal(server_time(last_recv_time)));
   return status;
 }
 
@@ -86,11 +108,15 @@ json_object* channel_object(const Channel& channel) {
   return object;
 }
 
+void append(json_object*& array, json_object* entry) {
+  join(array, entry, [=] { return json_object_array_add(array, entry); });
+}
+
 template <typename Record>
 json_object* array_of(const std::vector<Record>& records, json_object* (*build)(const Record&)) {
   json_object* array = json_object_new_array_ext(static_cast<int>(records.size()));
   for (const Record& record : records) {
-    json_object_array_add(array, build(record));
+    append(array, build(record));
   }
   return array;
 }
@@ -116,7 +142,7 @@ json_object* vault_document(const std::string& vault_id, StatusBuilder build_sta
   vault->query_data_source(vault_id, "", found);
   json_object* list = json_object_new_array_ext(static_cast<int>(found.size()));
   for (const DataSource& data_source : found) {
-    json_object_array_add(list, vault_object(data_source, build_status));
+    append(list, vault_object(data_source, build_status));
   }
   json_object* document = json_object_new_object();
   add(document, "vault_list", list);
@@ -129,6 +155,11 @@ void report(int* error_code, int result) {
   }
 }
 
+json_object* finished(json_object* document, int* error_code) {
+  report(error_code, document != nullptr ? kDevcfgOk : kDevcfgFailed);
+  return document;
+}
+
 }  // namespace
 
 json_object* devcfg_get_device(char* vault_id, int* error_code) {
@@ -138,14 +169,10 @@ json_object* devcfg_get_device(char* vault_id, int* error_code) {
     report(error_code, kDevcfgDeviceIdMissing);
     return nullptr;
   }
-  json_object* document = vault_document(vault_id, receive_time);
-  report(error_code, kDevcfgOk);
-  return document;
+  return finished(vault_document(vault_id, receive_time), error_code);
 }
 
 json_object* devcfg_get_all_device(int* error_code, char* /*ignored_text_1*/,
                                    char* /*ignored_text_2*/, char* /*ignored_text_3*/) {
-  json_object* document = vault_document("", receive_date);
-  report(error_code, kDevcfgOk);
-  return document;
+  return finished(vault_document("", receive_date), error_code);
 }

@@ -8,7 +8,8 @@
 // Data sources, filters and channels stand in the order in which the vault database gives them
 // (vault/data_source.h). A database that cannot be read gives an empty list, and its log line.
 //
-// The returned document belongs to the caller, who releases it with json_object_put.
+// The returned document belongs to the caller, who releases it with json_object_put. When the
+// memory for it is exhausted, it is null and `error_code` receives kDevcfgFailed.
 #pragma once
 
 #include "platform/export.h"
