@@ -1,11 +1,11 @@
 // The bare SQLite interface: what the library's answers are compared with.
 #pragma once
 
+#include <sqlite3.h>
+
 #include <optional>
 #include <string>
 #include <vector>
-
-struct sqlite3;
 
 namespace test {
 
@@ -22,20 +22,37 @@ struct SqlTable {
 };
 
 // The table that a char** of that shape holds.
-SqlTable sql_table(char** cells, int rows, int columns);
+inline SqlTable sql_table(char** cells, int rows, int columns) {
+  SqlTable table{rows, columns, {}};
+  for (char** cell = cells; cell != cells + (rows + 1) * columns; ++cell) {
+    table.cells.push_back(*cell != nullptr ? std::optional<std::string>(*cell) : std::nullopt);
+  }
+  return table;
+}
 
 class BareSqlite {
  public:
-  explicit BareSqlite(const std::string& path);
-  ~BareSqlite();
+  explicit BareSqlite(const std::string& path) { sqlite3_open(path.c_str(), &db_); }
+  ~BareSqlite() { sqlite3_close(db_); }
   BareSqlite(const BareSqlite&) = delete;
   BareSqlite& operator=(const BareSqlite&) = delete;
 
   // SQLite's result code.
-  int exec(const std::string& sql) const;
+  int exec(const std::string& sql) const {
+    return sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr);
+  }
 
   // The result of the text's statements; nothing when one fails.
-  std::optional<SqlTable> query(const std::string& sql) const;
+  std::optional<SqlTable> query(const std::string& sql) const {
+    char** cells = nullptr;
+    SqlTable size;
+    if (sqlite3_get_table(db_, sql.c_str(), &cells, &size.rows, &size.columns, nullptr) != 0) {
+      return std::nullopt;
+    }
+    SqlTable table = sql_table(cells, size.rows, size.columns);
+    sqlite3_free_table(cells);
+    return table;
+  }
 
  private:
   sqlite3* db_ = nullptr;

@@ -10,38 +10,28 @@
 
 namespace {
 
-struct Message {
-  bool debug;
-  std::string text;
-};
+enum Sink { kProduct, kDebug, kBoth };
 
 std::mutex mutex;
-std::vector<Message> messages;
+std::vector<std::pair<Sink, std::string>> messages;
 
-void keep(bool debug, const char* format, va_list arguments) {
+void keep(Sink sink, const char* format, va_list arguments) {
   char* text = nullptr;
   if (vasprintf(&text, format, arguments) >= 0) {
     const std::lock_guard<std::mutex> lock(mutex);
-    messages.push_back({debug, text});
+    messages.emplace_back(sink, text);
     free(text);
   }
 }
 
-std::string without_line(const std::string& text) {
-  if (text.find("](") == std::string::npos) {
-    return text;
-  }
+std::vector<std::string> take(Sink wanted) {
   static const std::regex kLine(R"(^(\[[^\]]*\]\((?:\w+[:,])?)\d+\))");
-  return std::regex_replace(text, kLine, "$1N)");
-}
-
-template <typename Wanted>
-std::vector<std::string> take(Wanted wanted) {
   const std::lock_guard<std::mutex> lock(mutex);
   std::vector<std::string> taken;
-  for (const Message& message : std::exchange(messages, {})) {
-    if (wanted(message)) {
-      taken.push_back(without_line(message.text));
+  for (const auto& [sink, text] : std::exchange(messages, {})) {
+    if (wanted == kBoth || wanted == sink) {
+      const bool has_tag = text.find("](") != std::string::npos;
+      taken.push_back(has_tag ? std::regex_replace(text, kLine, "$1N)") : text);
     }
   }
   return taken;
@@ -52,27 +42,21 @@ std::vector<std::string> take(Wanted wanted) {
 void log_Debug(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  keep(true, format, arguments);
+  keep(kDebug, format, arguments);
   va_end(arguments);
 }
 
 void orvane_log_debug(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  keep(false, format, arguments);
+  keep(kProduct, format, arguments);
   va_end(arguments);
 }
 
 namespace test {
 
-std::vector<std::string> take_log() {
-  return take([](const Message&) { return true; });
-}
-std::vector<std::string> take_product_log() {
-  return take([](const Message& message) { return !message.debug; });
-}
-std::vector<std::string> take_debug_log() {
-  return take([](const Message& message) { return message.debug; });
-}
+std::vector<std::string> take_log() { return take(kBoth); }
+std::vector<std::string> take_product_log() { return take(kProduct); }
+std::vector<std::string> take_debug_log() { return take(kDebug); }
 
 }  // namespace test

@@ -10,20 +10,13 @@ namespace {
 
 std::string folder = "/no/such/folder";
 
-bool is_fixed(const std::string& path) {
-  return path.ends_with("/config/zelip.xml") || path.ends_with("/config/zelip_builtin.xml") ||
-         path.ends_with("/config/kfilter.xml");
+// Calls with the names of a path.
+template <typename Call>
+auto on(const std::string& path, Call call) {
+  const std::vector<std::string> names = split(path, '/');
+  const auto n = [&names](std::size_t i) { return i < names.size() ? names[i].c_str() : nullptr; };
+  return call(n(0), n(1), n(2), n(3), n(4), n(5), n(6), nullptr);
 }
-
-struct Path {
-  explicit Path(const std::string& path) : parts(split(path, '/')) {
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-      names[i] = parts.at(i).c_str();
-    }
-  }
-  std::vector<std::string> parts;
-  const char* names[7] = {};
-};
 
 }  // namespace
 
@@ -31,11 +24,13 @@ void* xmlcfg_open(TCfgMode mode, const char* path) {
   static const auto platforms =
       reinterpret_cast<decltype(&xmlcfg_open)>(dlsym(RTLD_NEXT, "xmlcfg_open"));
   const std::string name = path;
-  if (test::call_fails != nullptr &&
-      test::call_fails("xmlcfg_open" + name.substr(name.rfind('/')))) {
+  const std::string file = name.substr(name.rfind('/') + 1);
+  if (test::call_fails != nullptr && test::call_fails("xmlcfg_open/" + file)) {
     return nullptr;
   }
-  return platforms(mode, (is_fixed(name) ? folder + name.substr(name.rfind('/')) : name).c_str());
+  const bool fixed = name.ends_with("/config/" + file) &&
+                     (file == "zelip.xml" || file == "zelip_builtin.xml" || file == "kfilter.xml");
+  return platforms(mode, fixed ? (folder + "/" + file).c_str() : path);
 }
 
 namespace test {
@@ -44,10 +39,9 @@ ConfigFiles::ConfigFiles() { folder = path(); }
 ConfigFiles::~ConfigFiles() { folder = "/no/such/folder"; }
 
 std::string value_at(void* tree, const std::string& path) {
-  const auto [parts, n] = Path(path);
   std::string text(8192, '\0');
-  xmlcfg_get_str(tree, "(absent)", text.data(), static_cast<int>(text.size()), n[0], n[1], n[2],
-                 n[3], n[4], n[5], n[6], nullptr);
+  const int size = static_cast<int>(text.size());
+  on(path, [&](auto... n) { return xmlcfg_get_str(tree, "(absent)", text.data(), size, n...); });
   return text.c_str();
 }
 
@@ -62,9 +56,9 @@ void write_tree(const std::string& file, const std::string& top, const std::stri
   const Tree tree(file, kCfgChange);
   for (const std::string& item : split(values, ';')) {
     const std::size_t mark = item.find('=');
-    const auto [parts, n] = Path(top + "/" + item.substr(0, mark));
-    if (!xmlcfg_set_str(tree.handle, item.substr(mark + 1).c_str(), n[0], n[1], n[2], n[3], n[4],
-                        n[5], n[6], nullptr)) {
+    const std::string value = item.substr(mark + 1);
+    if (!on(top + "/" + item.substr(0, mark),
+            [&](auto... n) { return xmlcfg_set_str(tree.handle, value.c_str(), n...); })) {
       throw std::runtime_error("cannot store " + item);
     }
   }

@@ -10,16 +10,6 @@
 #include "tests/support/temp_folder.h"
 
 namespace test {
-namespace {
-
-void connect(const std::string& file, int flags, int descriptor) {
-  const int opened = open(file.c_str(), flags, 0600);
-  if (opened < 0 || dup2(opened, descriptor) < 0) {
-    _exit(127);
-  }
-}
-
-}  // namespace
 
 pid_t start(const std::function<int()>& work) {
   const pid_t child = fork();
@@ -27,12 +17,11 @@ pid_t start(const std::function<int()>& work) {
     throw std::runtime_error("cannot fork");
   }
   if (child == 0) {
-    int status = 126;
     try {
-      status = work();
+      _exit(work());
     } catch (...) {
+      _exit(126);
     }
-    _exit(status);
   }
   return child;
 }
@@ -48,11 +37,12 @@ int wait_for(pid_t child) {
 Outcome run(const std::string& program, const std::vector<std::string>& arguments,
             const std::string& input, const std::vector<std::string>& environment) {
   const TempFolder folder;
-  write_file(folder.file("input"), input);
+  const char* const kFiles[] = {"input", "output", "errors"};
   const pid_t child = start([&]() -> int {
-    connect(folder.file("input"), O_RDONLY, STDIN_FILENO);
-    connect(folder.file("output"), O_WRONLY | O_CREAT, STDOUT_FILENO);
-    connect(folder.file("errors"), O_WRONLY | O_CREAT, STDERR_FILENO);
+    for (int i = 0; i < 3; ++i) {
+      write_file(folder.file(kFiles[i]), i == 0 ? input : "");
+      dup2(open(folder.file(kFiles[i]).c_str(), i == 0 ? O_RDONLY : O_WRONLY), i);
+    }
     for (const std::string& variable : environment) {
       putenv(const_cast<char*>(variable.c_str()));
     }
@@ -65,8 +55,7 @@ Outcome run(const std::string& program, const std::vector<std::string>& argument
     return 127;
   });
   const int status = wait_for(child);
-  return {status < 0 ? -1 : status, read_file(folder.file("output")),
-          read_file(folder.file("errors"))};
+  return {status, read_file(folder.file("output")), read_file(folder.file("errors"))};
 }
 
 }  // namespace test

@@ -10,7 +10,7 @@
 namespace test {
 
 struct Outcome {
-  int exit_status;  // 0 to 255, or -1 when the program was ended by a signal
+  int exit_status;  // 0 to 255, or minus the signal that ended the program
   std::string output;
   std::string errors;
 };

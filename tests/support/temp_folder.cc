@@ -3,17 +3,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace test {
 
-TempFolder::TempFolder() {
-  std::string name = std::filesystem::temp_directory_path() / "orvaneip-test-XXXXXX";
-  if (mkdtemp(name.data()) == nullptr) {
-    throw std::runtime_error("no temporary folder: " + name);
+TempFolder::TempFolder() : path_(std::filesystem::temp_directory_path() / "orvaneip-test-XXXXXX") {
+  if (mkdtemp(path_.data()) == nullptr) {
+    throw std::runtime_error("no temporary folder: " + path_);
   }
-  path_ = name;
 }
 
 TempFolder::~TempFolder() { std::filesystem::remove_all(path_); }
@@ -25,9 +23,7 @@ std::string read_file(const std::string& path) {
   if (!file) {
     throw std::runtime_error("cannot read " + path);
   }
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void write_file(const std::string& path, const std::string& bytes) {

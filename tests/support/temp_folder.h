@@ -20,8 +20,7 @@ class TempFolder {
 };
 
 // A TempFolder whose vault.db is the vault database (ORVANE_VAULT) of this process.
-class TempVault : public TempFolder {
- public:
+struct TempVault : TempFolder {
   TempVault();
   std::string database() const { return file("vault.db"); }
 };

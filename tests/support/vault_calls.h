@@ -31,17 +31,11 @@ struct Buffer {
 };
 
 // An open object of the vault database.
-class OpenVault {
- public:
-  OpenVault() : status(vault_.init()) {}
-  ~OpenVault() { vault_.release(); }
-  CDataSource* operator->() { return &vault_; }
-
- private:
-  CDataSource vault_;
-
- public:
-  const int status;
+struct OpenVault {
+  OpenVault() { vault.init(); }
+  ~OpenVault() { vault.release(); }
+  CDataSource* operator->() { return &vault; }
+  CDataSource vault;
 };
 
 inline metadata_vault::DataSource data_source(const std::string& vault_id, int index) {

@@ -8,18 +8,15 @@
 using test::add;
 
 TEST(AddDevice, TakesTheFirstFreeIndex) {
-  struct Row {
-    std::vector<int> stored;
-    int index;
-  };
-  const Row kRows[] = {{{}, 0}, {{0, 1, 3}, 2}, {{1, 2}, 0}, {{2, 0, 1}, 3}, {{2147483647}, 0}};
-  for (const Row& row : kRows) {
+  const std::pair<std::vector<int>, int> kRows[] = {
+      {{}, 0}, {{0, 1, 3}, 2}, {{1, 2}, 0}, {{2, 0, 1}, 3}, {{2147483647}, 0}};
+  for (const auto& [indexes, index] : kRows) {
     const test::TempVault folder;
-    for (const int index : row.stored) {
-      test::OpenVault()->insert_data_source(test::data_source(std::to_string(index), index));
+    for (const int stored : indexes) {
+      test::OpenVault()->insert_data_source(test::data_source(std::to_string(stored), stored));
     }
     EXPECT_EQ(add("new"), 0);
-    EXPECT_EQ(test::stored("new").at(0).index, row.index);
+    EXPECT_EQ(test::stored("new").at(0).index, index);
   }
 }
 
@@ -28,15 +25,18 @@ TEST(AddDevice, FillsAnEmptyIdentifierAndReadsNullAsEmpty) {
   test::Buffer id(kDeviceIdBytes);
   *id.data() = '\0';
   int code = 77;
-  EXPECT_EQ(devcfg_add_device(id.data(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                              nullptr, 0, true, false, &code),
-            id.data());
+  const auto add_nulls = [](char* vault_id, int* reason) {
+    return devcfg_add_device(vault_id, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                             nullptr, 0, true, false, reason);
+  };
+  EXPECT_EQ(add_nulls(id.data(), &code), id.data());
   EXPECT_EQ(code, 77);
   EXPECT_TRUE(id.guard_untouched());
   EXPECT_TRUE(std::regex_match(id.data(), std::regex("ID[0-9A-F]{32}"))) << id.data();
   const auto record = test::stored(id.data()).at(0);
   EXPECT_EQ(record.type + record.vault_name + record.description, "");
   EXPECT_FALSE(record.enable);
+  EXPECT_EQ(add_nulls(nullptr, nullptr), nullptr);
 }
 
 TEST(AddDevice, HoldsAtMost128AndRefusesInAFixedOrder) {
@@ -49,25 +49,17 @@ TEST(AddDevice, HoldsAtMost128AndRefusesInAFixedOrder) {
   EXPECT_EQ(add("last", "name", "7"), kDevcfgAlreadyExists);
   EXPECT_EQ(add("more", "name", "7"), kDevcfgVaultListFull);
   int code = 0;
-  char more[] = "more";
-  for (char* id : {more, static_cast<char*>(nullptr)}) {
-    for (int* reason : {&code, static_cast<int*>(nullptr)}) {
-      EXPECT_EQ(devcfg_add_device(id, more, nullptr, more, more, nullptr, nullptr, nullptr, 0,
-                                  false, true, reason),
-                nullptr);
-    }
-  }
+  EXPECT_EQ(devcfg_add_device(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                              nullptr, 0, false, true, &code),
+            nullptr);
   EXPECT_EQ(code, kDevcfgVaultIdMissing);
   EXPECT_EQ(test::show(), before);
 }
 
 TEST(AddDevice, TextsOfAnyKindReachEveryCallWhole) {
-  const std::string kTexts[] = {"it's \"quoted\"; DROP TABLE data_source; --",
-                                "100%s%n%d %",
-                                "攝影機 ünïcode / \\",
-                                std::string(10'000, 'x'),
-                                "\xFF\xFE\x01 broken",
-                                " line\nfeed\ttab "};
+  const std::string kTexts[] = {"it's \"quoted\"; DROP TABLE data_source; -- 100%s%n%d %",
+                                "攝影機 ünïcode / \\", std::string(10'000, 'x'),
+                                "\xFF\xFE\x01 broken", " line\nfeed\ttab "};
   const test::TempVault folder;
   for (std::string text : kTexts) {
     const std::shared_ptr<json_object> json(json_object_new_string(text.c_str()), json_object_put);
@@ -89,8 +81,8 @@ TEST(AddDevice, TextsOfAnyKindReachEveryCallWhole) {
     test::Buffer name(kVaultNameBytes);
     test::Buffer description(kDescriptionBytes);
     EXPECT_EQ(devcfg_remove_device(text.data(), name.data(), description.data()), 0);
-    EXPECT_EQ(name.data(), text.substr(0, 64));
     EXPECT_STREQ(description.data(), "old");
+    EXPECT_EQ(name.data(), text.substr(0, 64));
     EXPECT_TRUE(name.guard_untouched() && description.guard_untouched());
     EXPECT_TRUE(test::stored().empty());
   }

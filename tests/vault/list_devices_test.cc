@@ -53,12 +53,7 @@ TEST(ListDevices, GivesWholeDocuments) {
 }
 
 TEST(ListDevices, TellsTheLastReceiveTime) {
-  struct Row {
-    std::int64_t time_ms;
-    std::string date;
-    std::string server_time;
-  };
-  const Row kRows[] = {
+  const std::tuple<std::int64_t, std::string, std::string> kRows[] = {
       {999, "1970-01-01 08:00:00", "28800999"},
       {-28'800'000, "1970-01-01 00:00:00", "0"},
       {INT64_MAX, "292278994-08-17 15:12:55", "9223372036854775807"},
@@ -67,14 +62,12 @@ TEST(ListDevices, TellsTheLastReceiveTime) {
   const test::TempVault folder;
   setenv("TZ", "Asia/Taipei", 1);
   test::add("x");
-  for (const Row& row : kRows) {
-    receive("x", row.time_ms);
-    EXPECT_NE(test::show("x").find(R"("status":{"last_recv_time_str":")" +
-                                   std::to_string(row.time_ms) + "\"},"),
-              std::string::npos);
-    EXPECT_NE(test::show().find(R"("status":{"last_recv_date":")" + row.date +
-                                R"(","server_time":")" + row.server_time + "\"},"),
-              std::string::npos);
+  for (const auto& [time, date, server_time] : kRows) {
+    receive("x", time);
+    const std::string one = "\"last_recv_time_str\":\"" + std::to_string(time);
+    const std::string all = "\"last_recv_date\":\"" + date + "\",\"server_time\":\"" + server_time;
+    EXPECT_NE(test::show("x").find("\"status\":{" + one + "\"},"), std::string::npos);
+    EXPECT_NE(test::show().find("\"status\":{" + all + "\"},"), std::string::npos);
   }
 }
 

@@ -46,33 +46,24 @@ class ModifyDevice : public testing::Test {
 
 TEST_F(ModifyDevice, MakesEveryCombinationOfEdits) {
   for (unsigned chosen = 0; chosen < 16; ++chosen) {
-    const bool name = (chosen & 1) != 0;
-    const bool description = (chosen & 2) != 0;
-    const bool enable = (chosen & 4) != 0;
-    const bool channels = (chosen & 8) != 0;
+    const auto has = [chosen](unsigned edit, const std::string& yes, const std::string& no) {
+      return (chosen & edit) != 0 ? yes : no;
+    };
     EXPECT_EQ(modify(kFirst), 0);
     indexes_ = {9};
-    EXPECT_EQ(modify({name ? kOther.name : "", description ? kOther.description : "",
-                      enable ? kOther.enable : "", channels ? kOther.channels : ""}),
+    EXPECT_EQ(modify({has(1, kOther.name, ""), has(2, kOther.description, ""),
+                      has(4, kOther.enable, ""), has(8, kOther.channels, "")}),
               0);
-    EXPECT_EQ(state(), std::string(name ? "new|" : "A|") +
-                           (!name         ? "old"
-                            : description ? "text"
-                                          : "") +
-                           (enable ? "|off|" : "|on|") + (channels ? "1c4d" : "7n"));
-    EXPECT_EQ(indexes_, channels ? (std::vector{9, 4, 1}) : std::vector{9});
+    EXPECT_EQ(state(), has(1, "new|" + has(2, "text", ""), "A|old") + has(4, "|off|", "|on|") +
+                           has(8, "1c4d", "7n"));
+    EXPECT_EQ(indexes_, chosen >= 8 ? (std::vector{9, 4, 1}) : std::vector{9});
     EXPECT_STREQ(name_.data(), "A");
     EXPECT_STREQ(description_.data(), "old");
   }
 }
 
 TEST_F(ModifyDevice, ReadsArgumentsAsJsonGivesThemAndRefuses) {
-  struct Row {
-    Edits edits;
-    int result;
-    const char* state;
-  };
-  const Row kRows[] = {
+  const std::tuple<Edits, int, const char*> kRows[] = {
       {kFirst, 0, "A|old|on|7n"},
       {{"\"B\"", "\"d\"", "false", "[]"}, kDevcfgNameTaken, "A|old|on|7n"},
       {{"\"\"", "\"d\"", "", ""}, 0, "A|old|on|7n"},
@@ -82,9 +73,9 @@ TEST_F(ModifyDevice, ReadsArgumentsAsJsonGivesThemAndRefuses) {
       {{"\"50%s\\u0000cut\"", "\"it's\"", "0", ""}, 0, "50%s|it's|off|7n"},
       {{"\"50%s\"", "true", "2", "[]"}, 0, "50%s|true|on|"},
   };
-  for (const Row& row : kRows) {
-    EXPECT_EQ(modify(row.edits), row.result) << row.state;
-    EXPECT_EQ(state(), row.state);
+  for (const auto& [edits, result, after] : kRows) {
+    EXPECT_EQ(modify(edits), result) << after;
+    EXPECT_EQ(state(), after);
   }
   EXPECT_EQ(indexes_, std::vector{7});
   EXPECT_EQ(test::stored("b").at(0).vault_name, "B");

@@ -7,9 +7,7 @@ namespace {
 
 // What the platform answers.
 struct Platform {
-  int auth;
-  int app;
-  int share;
+  int auth, app, share;
   const char* ip_list;
 };
 Platform platform{};
@@ -57,9 +55,7 @@ TEST(NasNetInfo, TakesTheFirstEntryLongerThanSevenCharacters) {
       {"1.2.3.4,10.0.0.25", "10.0.0.25"},
       {"1.2.3.4, 10.0.0.25", " 10.0.0.25"},
       {",,1.2.3.4,,,10.0.0.25,,", "10.0.0.25"},
-      {"1.2.3.4, 1.2.3.4", " 1.2.3.4"},
       {"1.2.3.4", "(untouched)"},
-      {",", "(untouched)"},
       {"1.2.3.4,::1,", "(untouched)"},
       {"1.2.3.45", "1.2.3.45"},
       {"1.2.3.4," + longest, longest},
