@@ -1,22 +1,16 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <sstream>
-#include <tuple>
 
-#include "orvaneip.h"
-#include "tests/support/captured_log.h"
 #include "tests/support/config_files.h"
+#include "tests/support/library.h"
 
 using test::Tree;
 
 TEST(FindDevice, Table) {
   const std::tuple<std::string, std::string, int> kRows[] = {
       {"device_node_list=device_000,device_002;device_002/device_id=X", "X", 2},
-      {"device_node_list=device_002;device_002/device_id=XY", "X", -1},
       {"device_node_list=device_002;device_002/device_id=x", "X", -1},
       {"device_node_list=device_001;device_002/device_id=X", "X", -1},
-      {"device_002/device_id=X", "X", -1},
       {"device_node_list=NULL;NULL/device_id=X", "X", -1},
       {"", "X", -1},
       {"device_node_list=NULL,device_003;NULL/device_id=X;device_003/device_id=X", "X", 3},
@@ -36,17 +30,17 @@ TEST(FindDevice, Table) {
   for (auto [values, id, number] : kRows) {
     test::write_tree(files.device_tree(), "device", values);
     test::write_tree(files.file("other"), other, values);
-    EXPECT_EQ(find_device_exist(Tree(files.device_tree()).handle, id.data()), number) << values;
+    EXPECT_EQ(find_device_exist(Tree(kCfgRead, files.device_tree()).handle(), id.data()), number)
+        << values;
     EXPECT_EQ(devcfg_get_device_node(id.data()), number);
-    const Tree gateways(files.file("other"));
-    EXPECT_EQ(find_device_exist_access(gateways.handle, id.data(), other.data()), number);
+    const Tree gateways(kCfgRead, files.file("other"));
+    EXPECT_EQ(find_device_exist_access(gateways.handle(), id.data(), other.data()), number);
   }
 }
 
 TEST(AddDeviceNode, AppendsWhatFits) {
   const std::string room_for_one(4095 - 11, 'x');
   const std::string no_room(4095 - 10, 'x');
-  const std::string too_long(5000, 'x');
   const std::tuple<std::string, int, std::string> kRows[] = {
       {"-", 5, "device_005"},
       {"NULL", 5, "device_005"},
@@ -54,18 +48,17 @@ TEST(AddDeviceNode, AppendsWhatFits) {
       {"NULL,a,", 127, "NULL,a,,device_127"},
       {room_for_one, 7, room_for_one + ",device_007"},
       {no_room, 7, no_room},
-      {too_long, 7, too_long}};
+      {no_room + no_room, 7, no_room + no_room}};
   const test::ConfigFiles files;
-  for (std::string top : {"device", "gateway"}) {
-    for (const auto& [before, number, after] : kRows) {
-      test::write_tree(files.device_tree(), top,
-                       (before == "-" ? "other=" : "device_node_list=") + before);
-      const Tree tree(files.device_tree(), kCfgChange);
-      test::take_log();
-      EXPECT_TRUE(add_device_node(tree.handle, number, top.data()));
-      EXPECT_EQ(test::value_at(tree.handle, top + "/device_node_list"), after);
-      EXPECT_EQ(test::take_product_log().size(), before == after ? 1U : 0U);
-    }
+  std::string top = "gateway";
+  for (const auto& [before, number, after] : kRows) {
+    const std::string name = before == "-" ? "other=" : "device_node_list=";
+    test::write_tree(files.device_tree(), top, name + before);
+    const Tree tree(kCfgChange, files.device_tree());
+    test::take_log();
+    EXPECT_TRUE(add_device_node(tree.handle(), number, top.data()));
+    EXPECT_EQ(tree.value({top, "device_node_list"}), after);
+    EXPECT_EQ(test::take_product_log().size(), before == after ? 1U : 0U);
   }
 }
 
@@ -94,7 +87,7 @@ TEST(GetDevice, EveryValueRoundTrips) {
     test::write_tree(files.device_tree(), "device/device_007", values);
     TDeviceInfo info;
     std::memset(&info, 0x5A, sizeof(info));
-    ASSERT_TRUE(get_device(Tree(files.device_tree()).handle, 7, &info)) << text;
+    ASSERT_TRUE(get_device(Tree(kCfgRead, files.device_tree()).handle(), 7, &info)) << text;
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info), sizeof(info)), expected);
   }
 }
@@ -104,7 +97,7 @@ TEST(GetDevice, EnabledOnlyByTheWordTrueAndADeviceOnlyByItsIdentifier) {
   for (const std::string text : {"true", "TRUE", "yes", "1", "true ", "trueish", "false", ""}) {
     test::write_tree(files.device_tree(), "device/device_003", "type=till;enable=" + text);
     TDeviceInfo info;
-    EXPECT_FALSE(get_device(Tree(files.device_tree()).handle, 3, &info));
+    EXPECT_FALSE(get_device(Tree(kCfgRead, files.device_tree()).handle(), 3, &info));
     EXPECT_STREQ(info.type, "till");
     EXPECT_EQ(info.enable, text == "true") << text;
   }
@@ -113,22 +106,65 @@ TEST(GetDevice, EnabledOnlyByTheWordTrueAndADeviceOnlyByItsIdentifier) {
 TEST(FindTerminalNode, Table) {
   const test::ConfigFiles files;
   test::write_tree(files.file("terminals.xml"), "terminal", "t_1/device_id=X;t_2/device_id=X");
-  const Tree tree(files.file("terminals.xml"));
-  std::string many = "a";
-  for (int i = 1; i < 127; ++i) {
-    many += ",a";
+  const Tree tree(kCfgRead, files.file("terminals.xml"));
+  std::string many(2 * 127, 'a');
+  for (std::size_t i = 1; i < many.size(); i += 2) {
+    many[i] = ',';
   }
-  const std::pair<std::string, std::string> kRows[] = {
-      {"a,t_1,t_2", "t_1"}, {",,t_2,,t_1,", "t_2"}, {"a,b", "------"},
-      {",,", "------"},     {many + ",t_1", "t_1"}, {many + ",a,t_1", "------"},
+  const std::tuple<std::string, std::string, std::size_t> kRows[] = {
+      {"a,t_1,t_2", "t_1", 0}, {",,t_2,,t_1,", "t_2", 0}, {"a,b", "------", 0},
+      {",,", "------", 0},     {many + "t_1", "t_1", 0},  {many + "a,t_1", "------", 1},
   };
-  for (auto [list, expected] : kRows) {
+  for (auto [list, expected, messages] : kRows) {
     char node[8] = "------";
     char id[] = "X";
-    const bool is_too_long = list.starts_with(many + ",a");
     test::take_log();
-    EXPECT_EQ(devcfg_find_device_node(tree.handle, list.data(), id, node), 0);
+    EXPECT_EQ(devcfg_find_device_node(tree.handle(), list.data(), id, node), 0);
     EXPECT_EQ(node, expected);
-    EXPECT_EQ(test::take_product_log().size(), is_too_long ? 1U : 0U);
+    EXPECT_EQ(test::take_product_log().size(), messages);
+  }
+}
+
+static std::string asked;
+static std::string refused;
+
+int aevt_remove_event(std::string event_id) {
+  asked += event_id + ";";
+  return event_id == refused ? 0 : 7;
+}
+
+TEST(RemoveEvents, Table) {
+  using Lines = std::vector<std::string>;
+  const std::string failure = "[remove_event_in_table] aevt_remove_evet fail when remove evet_id:";
+  const std::tuple<std::string, std::string, std::string, Lines> kRows[] = {
+      {"other=", "", "", {"[remove_event_in_table] no terminal in device:device_001"}},
+      {"terminal_node_list=t1,t2;t2/event_node_list=e1,e2;t2/e1/evt_id=id 1;t2/e2/evt_id=" +
+           std::string(200, 'i'),
+       "",
+       "id 1;" + std::string(127, 'i') + ";",
+       {"[remove_event_in_table] no active event in terminal:t1"}},
+      // All are asked for, whatever fails.
+      {"terminal_node_list=t1,t2;t1/event_node_list=e1,e2;t1/e1/evt_id=1;t1/e2/evt_id=2;"
+       "t2/event_node_list=e1;t2/e1/evt_id=3",
+       "2",
+       "1;2;3;",
+       {failure + "2"}},
+      // An event without an id, and an item without a name.
+      {"terminal_node_list=t1,;t1/event_node_list=e1,,e3,;t1/e3/evt_id=3",
+       "NULL",
+       "NULL;NULL;3;",
+       {failure + "NULL", failure + "NULL"}},
+  };
+  const test::TempFolder folder;
+  const std::string file = folder.file("events.xml");
+  for (const auto& [values, refused_id, asked_for, log] : kRows) {
+    test::write_tree(file, "device_event_root/device_001", values);
+    asked.clear();
+    refused = refused_id;
+    test::take_log();
+    char device[] = "device_001";
+    EXPECT_EQ(remove_event_in_table(test::Tree(kCfgRead, file).handle(), device), refused.empty());
+    EXPECT_EQ(asked, asked_for);
+    EXPECT_EQ(test::take_product_log(), log);
   }
 }

@@ -1,12 +1,9 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <csignal>
 #include <filesystem>
 
-#include "orvaneip.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/library.h"
 
 // One test: its steps share the one fixed path.
 TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {

@@ -13,7 +13,7 @@ namespace test {
 struct SqlTable {
   int rows = 0;
   int columns = 0;
-  std::vector<std::optional<std::string>> cells;
+  std::vector<std::optional<std::string>> cells = {};
 
   bool operator==(const SqlTable&) const = default;
   const std::optional<std::string>& at(int row, int column) const {
@@ -23,30 +23,28 @@ struct SqlTable {
 
 // The table that a char** of that shape holds.
 inline SqlTable sql_table(char** cells, int rows, int columns) {
-  SqlTable table{rows, columns, {}};
+  SqlTable table{rows, columns};
   for (char** cell = cells; cell != cells + (rows + 1) * columns; ++cell) {
     table.cells.push_back(*cell != nullptr ? std::optional<std::string>(*cell) : std::nullopt);
   }
   return table;
 }
 
-class BareSqlite {
- public:
-  explicit BareSqlite(const std::string& path) { sqlite3_open(path.c_str(), &db_); }
-  ~BareSqlite() { sqlite3_close(db_); }
+struct BareSqlite {
+  explicit BareSqlite(const std::string& path) { sqlite3_open(path.c_str(), &db); }
+  ~BareSqlite() { sqlite3_close(db); }
   BareSqlite(const BareSqlite&) = delete;
-  BareSqlite& operator=(const BareSqlite&) = delete;
 
   // SQLite's result code.
   int exec(const std::string& sql) const {
-    return sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, nullptr);
+    return sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
   }
 
   // The result of the text's statements; nothing when one fails.
   std::optional<SqlTable> query(const std::string& sql) const {
     char** cells = nullptr;
     SqlTable size;
-    if (sqlite3_get_table(db_, sql.c_str(), &cells, &size.rows, &size.columns, nullptr) != 0) {
+    if (sqlite3_get_table(db, sql.c_str(), &cells, &size.rows, &size.columns, nullptr) != 0) {
       return std::nullopt;
     }
     SqlTable table = sql_table(cells, size.rows, size.columns);
@@ -54,8 +52,7 @@ class BareSqlite {
     return table;
   }
 
- private:
-  sqlite3* db_ = nullptr;
+  sqlite3* db = nullptr;
 };
 
 }  // namespace test

@@ -1,9 +1,7 @@
 // Configuration files of a test.
 #pragma once
 
-#include <string>
-
-#include "platform/config_tree.h"
+#include "tests/support/config_tree.h"
 #include "tests/support/temp_folder.h"
 
 namespace test {
@@ -13,8 +11,7 @@ inline bool (*call_fails)(const std::string& call) = nullptr;
 
 // A folder that the library's fixed paths lead to while it exists: the test program's own
 // xmlcfg_open comes before the platform's. Without such a folder no fixed path can be opened.
-class ConfigFiles : public TempFolder {
- public:
+struct ConfigFiles : TempFolder {
   ConfigFiles();
   ~ConfigFiles();
 
@@ -23,21 +20,8 @@ class ConfigFiles : public TempFolder {
   std::string rule_file() const { return file("kfilter.xml"); }
 };
 
-// The value at a path, its names joined by "/"; "(absent)" for none.
-std::string value_at(void* tree, const std::string& path);
-
-// An open tree. Changes are in the file when the object goes.
-class Tree {
- public:
-  explicit Tree(const std::string& file, TCfgMode mode = kCfgRead);
-  ~Tree() { xmlcfg_close(handle, true); }
-  Tree(const Tree&) = delete;
-  Tree& operator=(const Tree&) = delete;
-
-  void* const handle;
-};
-
-// Replaces the file by one that holds the values "path=value;path=value", each path below `top`.
+// Replaces the file by one that holds the values "path=value;path=value", each path below `top`,
+// its names joined by "/".
 void write_tree(const std::string& file, const std::string& top, const std::string& values);
 
 }  // namespace test

@@ -14,8 +14,7 @@ using Path = std::vector<std::string>;  // at most 6 names
 
 // A tree that is closed, its changes saved, when it goes out of scope.
 class Tree {
-  template <typename Call>
-  static auto on(const Path& path, Call call) {
+  static auto on(const Path& path, auto call) {
     std::array<const char*, 6> n = {};
     for (std::size_t i = 0; i < path.size(); ++i) {
       n.at(i) = path[i].c_str();
@@ -36,8 +35,7 @@ class Tree {
   // "(none)" when there is none.
   std::string value(const Path& path) const {
     std::string text(8192, '\0');
-    const int size = static_cast<int>(text.size());
-    on(path, [&](auto... n) { return xmlcfg_get_str(handle_, "(none)", text.data(), size, n...); });
+    on(path, [&](auto... n) { return xmlcfg_get_str(handle_, "(none)", &text[0], 8192, n...); });
     return text.c_str();
   }
   bool store(const Path& path, const std::string& value) {

@@ -1,14 +1,11 @@
 // The vault for tests: exported calls on texts, JSON text in and out, and the records below them.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <json-c/json.h>
 
 #include <memory>
-#include <string>
-#include <vector>
 
-#include "orvaneip.h"
+#include "tests/support/library.h"
 
 namespace test {
 
