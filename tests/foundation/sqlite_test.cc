@@ -1,15 +1,11 @@
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <tuple>
 
-#include "orvaneip.h"
 #include "tests/support/bare_sqlite.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/library.h"
 
 namespace {
 
