@@ -1,6 +1,5 @@
 // The steps and messages of the vault calls, in order, on a stand-in for the vault database: this
 // program's definitions of its classes come before the platform's.
-#include <gtest/gtest.h>
 
 #include <cstdarg>
 #include <cstdio>

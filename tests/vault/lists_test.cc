@@ -1,0 +1,145 @@
+#include <cstdint>
+#include <cstdlib>
+
+#include "tests/support/vault_calls.h"
+
+TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
+  constexpr char kOne[] = R"([{"type":3,"target":"t","result":"r","name":"n"}])";
+  const std::tuple<const char*, int, const char*> kRows[] = {
+      {kOne, 0, kOne},
+      {"", kDevcfgFailed, kOne},
+      {"{}", kDevcfgFailed, kOne},
+      {"[{},null]", kDevcfgFailed, kOne},
+      {"[{},[]]", kDevcfgFailed, kOne},
+      {R"([{},{"type":"-5","target":7,"result":[1],"name":null}])", 0,
+       R"([{"type":0,"target":"","result":"","name":""},)"
+       R"({"type":-5,"target":"7","result":"[ 1 ]","name":""}])"},
+      {"[]", 0, "[]"},
+  };
+  const test::TempVault folder;
+  test::add("a");
+  char a[] = "a";
+  char none[] = "none";
+  for (const auto& [list, result, stored] : kRows) {
+    test::take_log();
+    EXPECT_EQ(devcfg_modify_filter(a, test::Json(list)), result) << list;
+    EXPECT_EQ(test::take_log().size(), result == 0 ? 0U : 1U);
+    EXPECT_NE(test::show(a).find(std::string("\"filter\":") + stored + ","), std::string::npos);
+    EXPECT_EQ(devcfg_modify_filter(none, test::Json("[{},{}]")), 0);
+  }
+  std::vector<metadata_vault::Filter> found;
+  EXPECT_EQ(test::OpenVault()->query_filter(none, found), 0);
+  EXPECT_EQ(found.size(), 2U);
+}
+
+TEST(ModifyFilter, NeedsAnIdentifierAndTokensAreNone) {
+  test::take_log();
+  EXPECT_EQ(devcfg_modify_filter(nullptr, test::Json("[]")), kDevcfgVaultIdMissing);
+  EXPECT_EQ(
+      test::take_log(),
+      std::vector<std::string>{"[devcfg](devcfg_modify_filter:N) Vault ID=(null) doesn't exist"});
+  bool has_token = true;
+  EXPECT_EQ(devcfg_check_filter_token(nullptr, nullptr), 0);
+  EXPECT_EQ(devcfg_check_filter_token(nullptr, &has_token), 0);
+  EXPECT_FALSE(has_token);
+  EXPECT_EQ(devcfg_clear_filter_token(nullptr), 0);
+}
+
+TEST(Cameras, ChangesReachEveryDataSource) {
+  const test::TempVault folder;
+  // What the channels of both data sources are, as "index guid name" each.
+  const auto channels = [] {
+    std::string text;
+    for (const auto& record : test::stored()) {
+      for (const auto& channel : record.channel_guid_list) {
+        text += std::to_string(channel.channel_index) + channel.guid + channel.name + " ";
+      }
+    }
+    return text;
+  };
+  for (const char* id : {"a", "b"}) {
+    test::add(id, id);
+    test::OpenVault()->insert_channel({"", id, 8, "cam", "old"});
+    test::OpenVault()->insert_channel({"", id, 2, "CAM", "other"});
+  }
+  test::OpenVault()->insert_channel({"", "a", 9, "", "none"});
+  char cam[] = "cam";
+  char name[] = "%s";
+  char empty[] = "";
+  EXPECT_EQ(notify_camera_modified(nullptr, name, 0), -1);
+  EXPECT_EQ(notify_camera_modified(empty, name, 0), -1);
+  EXPECT_EQ(notify_camera_modified(cam, nullptr, 0), -1);
+  EXPECT_EQ(notify_camera_modified(name, name, 0), 0);
+  EXPECT_EQ(notify_camera_removed(nullptr) + notify_camera_removed(name), 0);
+  EXPECT_EQ(channels(), "2CAMother 8camold 9none 2CAMother 8camold ");
+  EXPECT_EQ(notify_camera_modified(cam, name, 0), 0);
+  EXPECT_EQ(channels(), "2CAMother 8cam%s 9none 2CAMother 8cam%s ");
+  EXPECT_EQ(notify_camera_removed(cam), 0);
+  EXPECT_EQ(channels(), "2CAMother 9none 2CAMother ");
+  EXPECT_EQ(notify_camera_removed(empty), 0);
+  EXPECT_EQ(channels(), "2CAMother 2CAMother ");
+}
+
+static void receive(const std::string& vault_id, std::int64_t time_ms) {
+  auto record = test::stored(vault_id).at(0);
+  record.last_recv_time = time_ms;
+  EXPECT_EQ(test::OpenVault()->update_data_source(record), 0);
+}
+
+TEST(ListDevices, GivesWholeDocuments) {
+  const test::TempVault folder;
+  setenv("TZ", "Asia/Taipei", 1);
+  EXPECT_EQ(test::show(), R"({"vault_list":[]})");
+  EXPECT_EQ(test::show("x"), R"({"vault_list":[]})");
+  test::OpenVault vault;
+  vault->insert_data_source(test::data_source("b", 5));
+  vault->insert_data_source(test::data_source("a", 2));
+  vault->insert_data_source(test::data_source("c", -1));
+  receive("b", 1'700'000'000'123);
+  vault->insert_channel({"", "a", 30, "g30", "n"});
+  vault->insert_channel({"", "a", 4, "g4", "m"});
+  vault->insert_filter({"", "a", -7, "z", "x/y", "later"});
+  vault->insert_filter({"", "a", 2, "a", "", "b"});
+  const std::string lists = R"("filter":[{"type":-7,"target":"z","result":"x/y","name":"later"},)"
+                            R"({"type":2,"target":"a","result":"","name":"b"}],)"
+                            R"("channel_guid_list":[{"channel_index":4,"guid":"g4","name":"m"},)"
+                            R"({"channel_index":30,"guid":"g30","name":"n"}]})";
+  const std::string a = R"({"vault_id":"a","vault_name":"name of a","description":"","type":"",)"
+                        R"("index":2,"enable":true,"status":{"last_recv_)";
+  EXPECT_EQ(test::show("a"), "{\"vault_list\":[" + a + R"(time_str":""},)" + lists + "]}");
+  EXPECT_EQ(test::show(),
+            R"({"vault_list":[{"vault_id":"c","vault_name":"name of c","description":"","type":"",)"
+            R"("index":-1,"enable":true,"status":{"last_recv_date":""},"filter":[],)"
+            R"("channel_guid_list":[]},)" +
+                a + R"(date":""},)" + lists +
+                R"(,{"vault_id":"b","vault_name":"name of b","description":"","type":"",)"
+                R"("index":5,"enable":true,"status":{"last_recv_date":"2023-11-15 06:13:20",)"
+                R"("server_time":"1700028800123"},"filter":[],"channel_guid_list":[]}]})");
+}
+
+TEST(ListDevices, TellsTheLastReceiveTime) {
+  const std::tuple<std::int64_t, std::string, std::string> kRows[] = {
+      {999, "1970-01-01 08:00:00", "28800999"},
+      {-28'800'000, "1970-01-01 00:00:00", "0"},
+      {INT64_MAX, "292278994-08-17 15:12:55", "9223372036854775807"},
+      {INT64_MIN, "-292275055-05-17 00:53:05", "-9223372036825975808"},
+  };
+  const test::TempVault folder;
+  setenv("TZ", "Asia/Taipei", 1);
+  test::add("x");
+  for (const auto& [time, date, server_time] : kRows) {
+    receive("x", time);
+    const std::string one = "\"last_recv_time_str\":\"" + std::to_string(time);
+    const std::string all = "\"last_recv_date\":\"" + date + "\",\"server_time\":\"" + server_time;
+    EXPECT_NE(test::show("x").find("\"status\":{" + one + "\"},"), std::string::npos);
+    EXPECT_NE(test::show().find("\"status\":{" + all + "\"},"), std::string::npos);
+  }
+}
+
+TEST(ListDevices, RefusesAMissingIdentifier) {
+  int code = 0;
+  char empty[] = "";
+  EXPECT_EQ(devcfg_get_device(nullptr, &code), nullptr);
+  EXPECT_EQ(code, kDevcfgDeviceIdMissing);
+  EXPECT_EQ(devcfg_get_device(empty, nullptr), nullptr);
+}
