@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
-#include "orvaneip.h"
-#include "tests/support/captured_log.h"
+#include "tests/support/library.h"
 
 TEST(ServiceCommands, GiveTheExitStatusOrTellTheFailure) {
   static char device_id[] = "a b; touch x $(id)";
