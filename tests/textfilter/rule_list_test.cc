@@ -1,10 +1,13 @@
-// The filters of a vault, and the commands that show what the library does with texts.
+// The filters of a vault, the commands that show what the library does with texts, and metadata.
 #include "textfilter/rule_list.h"
 
-#include "tests/support/captured_log.h"
+#include <cstring>
+
+#include "platform/vault_status.h"
+#include "tests/support/bare_sqlite.h"
 #include "tests/support/process.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/vault_calls.h"
+#include "textfilter/metadata_remove.h"
 
 namespace {
 
@@ -30,6 +33,8 @@ class RuleList : public testing::Test {
   test::TempVault vault_;
 };
 
+std::string padded(std::string text, std::size_t size) { return (text.resize(size), text + '#'); }
+
 }  // namespace
 
 TEST_F(RuleList, AppendsTheFiltersOfAVault) {
@@ -37,11 +42,8 @@ TEST_F(RuleList, AppendsTheFiltersOfAVault) {
   std::string vault_id = "whole";
   ASSERT_EQ(get_rule_list(vault_id.data(), rules), 0);
   ASSERT_EQ(rules.size(), 3U);
-  EXPECT_EQ(rules[1].type, 2);
-  EXPECT_STREQ(rules[1].target, "a");
-  EXPECT_STREQ(rules[1].result, "b");
-  EXPECT_STREQ(rules[1].name, "");
-  EXPECT_EQ(rules[1].enable, 0);
+  const rule expected = {"", 2, 0, "a", "b"};
+  EXPECT_EQ(std::memcmp(&rules[1], &expected, sizeof(rule)), 0);
   EXPECT_EQ(rules[2].target, kLongText.substr(1));
   EXPECT_EQ(rules[2].result, kLongText.substr(1));
 }
@@ -75,18 +77,15 @@ TEST_F(RuleList, StopsWhereThereIsNothingToReadAndFiltersByTheRest) {
 
 TEST_F(RuleList, Commands) {
   store("v", R"([{"type":0,"target":"cat","result":"dog"},{"type":0,"target":"x","result":"xx"}])");
-  const std::string large(5'000'000, '.');
   // Arguments, input, exit status, output, a part of the errors.
   const std::tuple<Log, std::string, int, std::string, std::string> kRows[] = {
       {{"filter-text", "v"}, "a cat\ncat\n\nx", 0, "a dog\ndog\n\nxx", ""},
       {{"filter-text", "v", "--whole"}, "x\nx", 0, std::string(1000, 'x') + "\nx", "999 passes"},
-      {{"filter-text", "v", "--whole"}, large + "cat", 0, large + "dog", ""},
       {{"filter-text", "v", "--hits"}, "cat cat\ncat", 0, "dog dog\ndog", "3  \"cat\" -> \"dog\""},
       {{"filter-text", "v"}, std::string("cat\na\0b", 7), 1, "dog\n", "text 2 holds a NUL"},
       {{"filter-text", "broken"}, "ac\n", 1, "bc\n", "only the first 1 filters"},
       {{"filter-text", "none"}, "cat", 1, "", "no data source \"none\""},
       {{"filter-text", ""}, "cat", 1, "", "the ID is empty"},
-      {{"search", "like", "it's+a \"b c\""}, "", 0, "it''s%%a\nb c\n", ""},
       {{"search", "like", "--json", "a b"}, "", 0, "[\n  \"a\",\n  \"b\"\n]\n", ""},
       {{"search", "regex", "a.b + c"}, "", 0, "a\\.b|c\n", ""},
       {{"metadata", "remove", "m"}, "", 1, "", "\"m\" was not removed"},
@@ -102,4 +101,29 @@ TEST_F(RuleList, Commands) {
   const test::Outcome outcome = test::run(ORVANEIP_DEVCFG, {"filter-text", "v"}, "cat");
   EXPECT_EQ(std::to_string(outcome.exit_status) + outcome.output, "1");
   EXPECT_NE(outcome.errors.find("the vault database cannot be read"), std::string::npos);
+}
+
+TEST(MetadataRemove, FillsBothBuffersWhateverHappens) {
+  const test::TempVault vault;
+  char key[] = "m1";
+  metadata_remove(key, nullptr, nullptr, nullptr);  // creates the database
+  const test::BareSqlite database(vault.database());
+  ASSERT_EQ(database.exec("INSERT INTO metadata VALUES (1, 'm1', 'v', '')"), 0);
+  const std::string failed = "[libzelip](metadata_remove:N) Remove data failed: ";
+  const std::pair<char*, std::vector<std::string>> kCalls[] = {
+      {key, {}},  // it is there once
+      {key, {failed + std::to_string(metadata_vault::kVaultNotFound)}},
+      {nullptr, {failed + "-1"}},
+  };
+  for (const auto& [metadata_id, expected] : kCalls) {
+    test::take_log();
+    std::string vault_id(kRemovedVaultIdBytes + 1, '#');
+    std::string data_type(kRemovedDataTypeBytes + 1, '#');
+    EXPECT_EQ(metadata_remove(metadata_id, nullptr, vault_id.data(), data_type.data()), 0);
+    EXPECT_EQ(vault_id, padded("IDZELPROBUILDINVAULTBOOKMARKSERVICE", 256));
+    EXPECT_EQ(data_type, padded("BOOKMARK", 128));
+    auto log = test::take_product_log();
+    std::erase_if(log, [](const std::string& line) { return line.starts_with("[vaultdb]"); });
+    EXPECT_EQ(log, expected);
+  }
 }

@@ -1,14 +1,10 @@
-#define PCRE2_CODE_UNIT_WIDTH 8
-#include <gtest/gtest.h>
-#include <pcre2.h>
 #include <re2/re2.h>
 
 #include <random>
 #include <regex>
 
-#include "orvaneip.h"
 #include "tests/support/bare_sqlite.h"
-#include "tests/support/captured_log.h"
+#include "tests/support/library.h"
 
 namespace {
 
@@ -36,35 +32,10 @@ bool like_finds(const std::string& search, const std::string& text) {
   return result && result->at(0, 0) == "1";
 }
 
-PCRE2_SPTR bytes(const std::string& text) { return reinterpret_cast<PCRE2_SPTR>(text.data()); }
-
-bool pcre2_finds(const std::string& expression, const std::string& text) {
-  int error = 0;
-  PCRE2_SIZE offset = 0;
-  pcre2_code* code =
-      pcre2_compile(bytes(expression), expression.size(), 0, &error, &offset, nullptr);
-  EXPECT_NE(code, nullptr) << expression << " fails at " << offset;
-  pcre2_match_data* match = pcre2_match_data_create(1, nullptr);
-  const int result = pcre2_match(code, bytes(text), text.size(), 0, 0, match, nullptr);
-  pcre2_match_data_free(match);
-  pcre2_code_free(code);
-  return result >= 0;
-}
-
-// In two engines, which have to agree.
 bool expression_finds(const std::string& search, const std::string& text) {
-  const std::string expression = expression_for(search);
-  const RE2 re2(expression, RE2::Latin1);
-  EXPECT_TRUE(re2.ok()) << expression << ": " << re2.error();
-  const bool found = RE2::PartialMatch(text, re2);
-  EXPECT_EQ(pcre2_finds(expression, text), found) << expression;
-  return found;
-}
-
-std::string random_line(std::mt19937& random, const std::string& alphabet) {
-  std::string line(1 + random() % 12, ' ');
-  std::generate(line.begin(), line.end(), [&] { return alphabet[random() % alphabet.size()]; });
-  return line;
+  const RE2 expression(expression_for(search), RE2::Latin1);
+  EXPECT_TRUE(expression.ok()) << expression.pattern() << ": " << expression.error();
+  return RE2::PartialMatch(text, expression);
 }
 
 }  // namespace
@@ -82,23 +53,17 @@ TEST(SearchPatterns, Table) {
       {"+ + + + a", {"a"}, ".*|a"},
       {"50%_off car car", {"50%_off", "car"}, "50%_off|car|car"},
       {"price $5 (net)", {"price", "$5", "(net)"}, "price|\\$5|\\(net\\)"},
-      {"[x] c:\\dir x{2} a-b/c",
-       {"[x]", "c:\\dir", "x{2}", "a-b/c"},
-       "\\[x\\]|c:\\\\dir|x{2}|a-b/c"},
+      {"[x] c:\\dir {2}", {"[x]", "c:\\dir", "{2}"}, "\\[x\\]|c:\\\\dir|{2}"},
       {"%% a%%", {"", "a"}, "%%|a%%"},
-      {"%%%", {"%"}, "%%%"},
       // The phrase, and a lone double quote.
       {"ab\"c d\"ef", {"abc def"}, "abc def"},
-      {"x+\"y z\"", {"x%%y z"}, "x.*y z"},
       {"x \"a.b c\" y", {"x", "a.b c", "y"}, "x|a\\.b c|y"},
       {"a  \"\"  b", {"a", "b"}, "a|b"},
       {"a \"+\" b", {"a", "+", "b"}, "a|\\+|b"},
       {"say \"it's\"", {"say", "it''s"}, "say|it's"},
       {"\"a b\" \"c d\"", {"a b\" \"c d"}, "a b\" \"c d"},
       {"\" a \"", {" a "}, " a "},
-      {"\"%%\"", {""}, "%%"},
       {"say \"hi", {"say", "hi"}, "say|\"hi"},
-      {"a\"b", {"ab"}, "a\"b"},
       // Nothing in it; only the space is trimmed and separates; bytes that are no UTF-8.
       {"\"\"", {}, ""},
       {"   ", {}, ""},
@@ -106,9 +71,7 @@ TEST(SearchPatterns, Table) {
       {"caf\xC3\xA9 \xFF.\xC3", {"caf\xC3\xA9", "\xFF.\xC3"}, "caf\xC3\xA9|\xFF\\.\xC3"},
       // A bar that the user typed is no end of an alternative; the one behind a backslash is.
       {"x|+", {"x|"}, "x\\|.*"},
-      {"a|+ b", {"a|", "b"}, "a\\|.*|b"},
       {"a\\ + b", {"a\\", "b"}, "a\\\\|b"},
-      {"a\\ +", {"a\\"}, "a\\\\"},
       {"a\\|+ b", {"a\\|", "b"}, "a\\\\\\|.*|b"},
   };
   for (const auto& [input, patterns, expression] : kRows) {
@@ -125,13 +88,12 @@ TEST(SearchPatterns, AreAppendedToWhatMayHoldTheInput) {
   check_abnormal_char_for_special_for_SQL(patterns[0].c_str(), patterns);
   check_abnormal_char_for_special_for_SQL(nullptr, patterns);
   EXPECT_EQ(patterns.size(), 17U);
-  EXPECT_EQ(patterns[16], "p");
-  std::string expression(100, '.');
-  check_abnormal_char_for_special_for_mongo(expression.c_str(), expression);
-  EXPECT_EQ(expression.size(), 300U);
-  expression = "a|.*";
+  std::string expression = "a|.*";
   check_abnormal_char_for_special_for_mongo(nullptr, expression);
   EXPECT_EQ(expression, "a");
+  expression = std::string(100, '.');
+  check_abnormal_char_for_special_for_mongo(expression.c_str(), expression);
+  EXPECT_EQ(expression.size(), 300U);
 }
 
 // The output is shown whole after each collapse.
@@ -175,44 +137,28 @@ TEST(SearchPatterns, EachTermOnce) {
   EXPECT_EQ(patterns_for(line + line, held).size(), before + 2000);
 }
 
-// What the patterns find in real engines.
-TEST(SearchMeaning, FindsWhatItShould) {
-  // In LIKE, in expressions or in both: the search text, texts that are found, texts that are not.
-  const std::tuple<std::string, const char*, Texts, Texts> kRows[] = {
-      {"both", "front door", {"the front", "a door"}, {"gate", ""}},
-      {"both", "front+door", {"front door", "frontdoor", "front of the door"}, {"door front"}},
-      {"both", "\"front door\"", {"the front door"}, {"front  door", "front"}},
-      {"both", "it's", {"it's"}, {"its", "it''s"}},
-      {"both", "\"a+b\"", {"a+b"}, {"ab", "aab"}},
-      {"both", "c:\\dir", {"c:\\dir"}, {"c:dir"}},
-      {"both", "a+ +b", {"only a", "only b"}, {"c"}},
-      {"like", "50%_off", {"50 %off", "500 euro off"}, {"50off"}},
-      {"expression", "50%_off", {"50%_off"}, {"50 off"}},
-      {"expression", "a.b [x]", {"a.b", "[x]"}, {"axb", "x"}},
-      {"expression", "$5 (net)?", {"$5", "(net)?"}, {"5", "net"}},
-      {"expression", "a|b", {"a|b"}, {"a", "b"}},
-      {"expression", "x|+", {"x|", "x|y"}, {"x", "y"}},
-      {"expression", "x\\ +", {"x\\"}, {"x", "y"}},
-  };
-  for (const auto& [where, search, found, not_found] : kRows) {
-    for (const std::string& text : found) {
-      EXPECT_TRUE(where == "expression" || like_finds(search, text)) << search << " in " << text;
-      EXPECT_TRUE(where == "like" || expression_finds(search, text)) << search << " in " << text;
-    }
-    for (const std::string& text : not_found) {
-      EXPECT_FALSE(where != "expression" && like_finds(search, text)) << search << " in " << text;
-      EXPECT_FALSE(where != "like" && expression_finds(search, text)) << search << " in " << text;
-    }
-  }
-}
-
-// Braces are left out: they pass as they are, and an engine may refuse them.
-TEST(SearchMeaning, EveryExpressionCompilesAndAPhraseFindsItself) {
+// A phrase is found in real engines where it stands, and nowhere else.
+TEST(SearchMeaning, APhraseIsASubstring) {
   std::mt19937 random(47);
-  for (int i = 0; i < 2000; ++i) {
-    expression_finds(random_line(random, " +\"\\|.*?^[]()$-a'%\xC3\xFF\t"), "text");
-    const std::string phrase = random_line(random, " +\\|.*?^[]()$-a'\xC3\xFF\n");
-    EXPECT_TRUE(expression_finds("\"" + phrase + "\"", "(" + phrase + ")")) << phrase;
-    EXPECT_TRUE(like_finds("\"" + phrase + "\"", "(" + phrase + ")")) << phrase;
+  const auto text_of = [&random](std::size_t size) {
+    std::string text(size, ' ');
+    for (char& byte : text) {
+      byte = " +\\|.*?^[]()$-a'\n"[random() % 17];
+    }
+    return text;
+  };
+  for (int i = 0; i < 4000; ++i) {
+    const std::string phrase = text_of(1 + random() % 4);
+    const std::string text = text_of(20) + (i % 2 == 0 ? phrase : "");
+    const bool found = text.find(phrase) != std::string::npos;
+    EXPECT_EQ(expression_finds("\"" + phrase + "\"", text), found) << phrase << " in " << text;
+    EXPECT_EQ(like_finds("\"" + phrase + "\"", text), found) << phrase << " in " << text;
   }
+  // Words are alternatives, "+" stands for anything between them; in LIKE, "%" and "_" do so too.
+  EXPECT_TRUE(like_finds("front+door x", "front of the door"));
+  EXPECT_TRUE(expression_finds("front+door x", "front of the door"));
+  EXPECT_FALSE(like_finds("front+door", "door front"));
+  EXPECT_FALSE(expression_finds("front+door", "door front"));
+  EXPECT_TRUE(like_finds("50%_off", "500 euro off"));
+  EXPECT_FALSE(expression_finds("50%_off", "500 euro off"));
 }
