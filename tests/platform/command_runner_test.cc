@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 
-#include "orvaneip.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/library.h"
 
 namespace {
 
@@ -34,8 +32,8 @@ TEST(CommandRunner, GivesTheStatusWord) {
 
 TEST(CommandRunner, HandsEachArgumentOverUnchanged) {
   const Script script("#!/bin/sh\nprintf '%s,' \"$0\" \"$@\" > \"$0.seen\"\n");
-  EXPECT_EQ(vorn_exec(0, 0, 0, script.path.c_str(), "a b; $(id)", "", "-n *\n\"'\\\xFF", nullptr),
-            0);
+  const char* const path = script.path.c_str();
+  EXPECT_EQ(vorn_exec(0, 0, 0, path, "a b; $(id)", "", "-n *\n\"'\\\xFF", nullptr), 0);
   EXPECT_EQ(test::read_file(script.path + ".seen"), script.path + ",a b; $(id),,-n *\n\"'\\\xFF,");
 }
 

@@ -1,8 +1,5 @@
-#include "orvaneip.h"
 #include "tests/platform/run_sql.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/process.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/library.h"
 
 namespace {
 
@@ -48,30 +45,6 @@ TEST(EventService, WhatIsNoEventDatabaseIsLeftAlone) {
     EXPECT_EQ(test::take_product_log().size(), 1U);
   }
   EXPECT_EQ(test::read_file(vault.file("events.db")), garbage);
-}
-
-TEST(EventService, OneOfSeveralRemovesAnEvent) {
-  const TempVault vault;
-  run_sql(vault.file("events.db"),
-          kTable +
-              "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 19) "
-              "INSERT INTO active_event SELECT i FROM n");
-  std::vector<pid_t> removers;
-  for (int i = 0; i < 3; ++i) {
-    removers.push_back(test::start([] {
-      int removed = 0;
-      for (int event = 0; event < 20; ++event) {
-        removed += aevt_remove_event(std::to_string(event)) != 0 ? 1 : 0;
-      }
-      return removed;
-    }));
-  }
-  int removed = 0;
-  for (const pid_t remover : removers) {
-    removed += test::wait_for(remover);
-  }
-  EXPECT_EQ(removed, 20);
-  EXPECT_EQ(run_sql(vault.file("events.db"), "SELECT count(*) FROM active_event"), "0");
 }
 
 }  // namespace

@@ -68,12 +68,11 @@ TEST(LogSinks, WriteWholeLinesToWhereTheSettingSays) {
 TEST(LogSinks, LinesOfSeveralProcessesDoNotMix) {
   const test::TempFolder folder;
   setenv("ORVANE_LOG", folder.file("log").c_str(), 1);
-  constexpr std::size_t kLength = 20'000;
   std::vector<pid_t> children;
   for (const char letter : {'a', 'b', 'c'}) {
     children.push_back(test::start([letter] {
       for (int i = 0; i < 50; ++i) {
-        platform_sink("log_Debug")("%s", std::string(kLength, letter).c_str());
+        platform_sink("log_Debug")("%s", std::string(20'000, letter).c_str());
       }
       return 0;
     }));
@@ -82,8 +81,8 @@ TEST(LogSinks, LinesOfSeveralProcessesDoNotMix) {
     EXPECT_EQ(test::wait_for(child), 0);
   }
   const std::string text = test::read_file(folder.file("log"));
-  EXPECT_EQ(text.size(), 150 * (kLength + 1));
-  for (std::size_t at = 0; at < text.size(); at += kLength + 1) {
-    EXPECT_EQ(text.find_first_not_of(text[at], at), at + kLength);
+  EXPECT_EQ(text.size(), 150U * 20'001);
+  for (std::size_t at = 0; at < text.size(); at += 20'001) {
+    EXPECT_EQ(text.find_first_not_of(text[at], at), at + 20'000);
   }
 }

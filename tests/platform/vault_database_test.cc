@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <locale>
+#include <regex>
 #include <thread>
 
-#include "tests/support/captured_log.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/vault_calls.h"
 
 using namespace metadata_vault;
@@ -46,25 +43,49 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
 TEST(VaultDatabase, ServesManyThreadsAndDoesNotMindTheLocaleOfTheProgram) {
   struct Grouping : std::numpunct<char> {
     char do_thousands_sep() const override { return ','; }
-    std::string do_grouping() const override { return "\3"; }
+    std::string do_grouping() const override { return "\1"; }
   };
   std::locale::global(std::locale(std::locale(), new Grouping));
   const test::TempVault folder;
   std::vector<std::thread> threads;
-  for (int number = 0; number < 8; ++number) {
-    threads.emplace_back([id = std::to_string(number)] {
-      int code = kVaultIndexTaken;
-      while (code == kVaultIndexTaken) {
-        code = test::add(id, id, "[]");
-      }
-      EXPECT_EQ(code, 0);
+  for (int index = 10; index < 18; ++index) {
+    threads.emplace_back([index] {
+      const std::string id(static_cast<std::size_t>(index), 'x');
+      EXPECT_EQ(test::OpenVault()->insert_data_source(data_source(id, index)), 0);
       std::vector<int> indexes;
       EXPECT_EQ(test::modify(id, {'"' + id + "!\"", "", "false", "[]"}, indexes), 0);
-      EXPECT_NE(test::show().find('"' + id + "!\""), std::string::npos);
+      EXPECT_NE(test::show().find("\"index\":" + std::to_string(index) + ","), std::string::npos);
     });
   }
   for (std::thread& thread : threads) {
     thread.join();
   }
   EXPECT_EQ(test::stored().size(), 8U);
+}
+
+TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
+  // G, I and N stand for the names of the three members.
+  const std::pair<int, std::vector<std::string>> kRows[] = {
+      {0, {"[]", "[{G'g',I0,N''}]", "[{G'g',I2147483647,N'n','more':[]}]"}},
+      {kChannelListNotArray, {"", "{G'g',I0,N''}"}},
+      {kChannelNotObject, {"[null]", "[{G'g',I0,N''},[]]"}},
+      {kChannelGuidInvalid,
+       {"[{I0,N''}]", "[{G'',I0,N''}]", "[{G7,I0,N''}]", "[{G'g\\u0000h',I0,N''}]"}},
+      {kChannelIndexInvalid,
+       {"[{G'g',N''}]", "[{G'g',I-1,N''}]", "[{G'g',I'1',N''}]", "[{G'g',I1.0,N''}]",
+        "[{G'g',I2147483648,N''}]", "[{G'g',I18446744073709551615,N''}]"}},
+      {kChannelNameInvalid, {"[{G'g',I1}]", "[{G'g',I1,Nnull}]", "[{G'g',I1,N'\\u0000'}]"}},
+      {kChannelGuidRepeated, {"[{G'g',I1,N''},{G'g',I2,N''}]"}},
+      {kChannelIndexRepeated, {"[{G'g',I1,N''},{G'h',I1,N''}]"}},
+  };
+  for (const auto& [status, lists] : kRows) {
+    for (std::string list : lists) {
+      for (const auto& [letter, text] :
+           {std::pair("G", "'guid':"), std::pair("N", "'name':"),
+            std::pair("I", "'channel_index':"), std::pair("'", "\"")}) {
+        list = std::regex_replace(list, std::regex(letter), text);
+      }
+      EXPECT_EQ(check_channel_list_valid(test::Json(list)), status) << list;
+    }
+  }
 }
