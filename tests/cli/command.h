@@ -1,6 +1,8 @@
 // Running devcfg in a test, on a vault of its own.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -9,20 +11,15 @@
 
 namespace test {
 
-// A folder with an empty vault.
-struct CommandVault : TempFolder {
-  std::string database() const { return file("vault.db"); }
+inline void expect_part(const std::string& text, const std::string& part) {
+  EXPECT_NE(text.find(part), std::string::npos) << "no \"" << part << "\" in:\n" << text;
+  EXPECT_EQ(text.empty(), part.empty()) << text;
+}
 
-  // Runs a shell command, by default devcfg ("$devcfg"), with these words behind it in the folder
-  // examples/shop.
-  Outcome devcfg(const std::string& words, const std::string& input = "",
-                 const std::string& command = "\"$devcfg\"") const;
-
-  void import_shop() const;
-
-  // Everything that is stored, as one text.
-  std::string content() const;
-};
+// The text with the first `from` replaced, which must be there.
+inline std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  return text.replace(text.find(from), from.size(), to);  // throws when there is none
+}
 
 // One call of devcfg, and what is expected of it: a part of standard output when the status is 0,
 // else of standard error ("" for none at all), and nothing on the other one.
@@ -33,12 +30,36 @@ struct Step {
   std::string input = "";
 };
 
-// Runs the steps one after the other on the vault and checks each.
-void check_steps(const CommandVault& vault, const std::vector<Step>& steps);
+// A folder with an empty vault.
+struct CommandVault : TempFolder {
+  std::string database() const { return file("vault.db"); }
 
-void expect_part(const std::string& text, const std::string& part);
+  // Runs a shell command, by default devcfg ("$devcfg"), with these words behind it in the folder
+  // examples/shop.
+  Outcome devcfg(const std::string& words, const std::string& input = "",
+                 const std::string& command = "\"$devcfg\"") const {
+    const std::string shop = "cd '" ORVANEIP_SOURCE_DIR "/examples/shop'; ";
+    return run("bash", {"-c", shop + command + " " + words}, input,
+               {"ORVANE_VAULT=" + database(), "devcfg=" ORVANEIP_DEVCFG});
+  }
 
-// The text with the first `from` replaced, which must be there.
-std::string replaced(std::string text, const std::string& from, const std::string& to);
+  void check(const std::vector<Step>& steps) const {
+    for (const Step& step : steps) {
+      const Outcome outcome = devcfg(step.words, step.input);
+      EXPECT_EQ(outcome.exit_status, step.exit_status) << step.words;
+      expect_part(step.exit_status == 0 ? outcome.output : outcome.errors, step.text);
+      EXPECT_EQ(step.exit_status == 0 ? outcome.errors : outcome.output, "") << step.words;
+    }
+  }
+
+  void import_shop() const { check({{"import shop.json", 0, "added"}}); }
+
+  // Everything that is stored, as one text.
+  std::string content() const {
+    const Outcome outcome = devcfg("export");
+    EXPECT_EQ(outcome.errors, "");
+    return outcome.output;
+  }
+};
 
 }  // namespace test
