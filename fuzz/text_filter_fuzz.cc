@@ -1,17 +1,10 @@
-// Rules on a text, against the plain steps, with and without memory for the library's own copy.
+// Rules on a text, against the plain steps.
 // Input: how much the text may grow in bytes, the text, and a target and a result for each rule.
 #include <cstring>
 #include <memory>
-#include <new>
 
 #include "bench/literal_filter.h"
 #include "fuzz/fuzz.h"
-
-static bool memory_is_short = false;
-
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return memory_is_short ? nullptr : ::operator new[](size);
-}
 
 // A buffer of exactly the capacity, so that ASan sees every byte beyond.
 static std::unique_ptr<char[]> buffer_of(const std::string& text, std::size_t capacity) {
@@ -32,9 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bench::LiteralOutcome steps = bench::filter_literally(rules, expected.get(), capacity);
   const auto filtered = buffer_of(texts[1], capacity);
   FilterReport report;
-  memory_is_short = room % 2 == 0;
   do_filtering_bounded(rules, filtered.get(), capacity, report);
-  memory_is_short = false;
   fuzz::require(std::strcmp(filtered.get(), expected.get()) == 0, "the text is that of the steps");
   fuzz::require(report.outcome == (steps.met_capacity         ? kFilterCapacity
                                    : steps.limit_messages > 0 ? kFilterPassLimit
