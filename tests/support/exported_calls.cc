@@ -194,8 +194,8 @@ int look_for_rules(Own&) {
 const std::vector<Call> kExportedCalls = {
     {"change_data_sources", change_data_sources},
     {"list_data_sources", list_data_sources},
-    {"change_lists", change_lists},
     {"filter_text", filter_text},
+    {"change_lists", change_lists},
     {"apply_rules", apply_rules, 2002},
     {"escape", escape, 731},
     {"query", query},
@@ -265,7 +265,15 @@ Own::Own(const ConfigFiles& files, const std::string& own_name)
 
 void write_fixed_files(const ConfigFiles& files) {
   write_tree(files.device_tree(), "device", kDeviceTree);
-  write_tree(files.builtin_list(), "device", "no=1;builtin_0/qid=fresh;builtin_0/builtin=yes");
+  std::string entries = "no=6";  // so large that a tree takes memory for their values
+  for (int i = 0; i < 6; ++i) {
+    const std::string entry = ";builtin_" + std::to_string(i) + "/";
+    entries += entry + "qid=" + std::to_string(i) + entry + "builtin=yes";
+    for (const char* key : {"type=", "brand=", "plugin=", "device_name=", "install_path="}) {
+      entries += entry + key + std::string(1000, 'v');
+    }
+  }
+  write_tree(files.builtin_list(), "device", entries);
   write_tree(files.rule_file(), "filter",
              "device_node_list=d;d/device_id=a;d/filter_node_list=f;d/f/enable=1;"
              "d/f/rule_node_list=r;d/f/r/enable=1;d/f/r/type=1;d/f/r/target=x");
