@@ -1,6 +1,4 @@
-#include <locale>
 #include <regex>
-#include <thread>
 
 #include "tests/support/vault_calls.h"
 
@@ -38,29 +36,6 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
   EXPECT_EQ(test::show(), before);
   EXPECT_EQ(vault->insert_data_source(data_source("128th", -1)), 0);
   EXPECT_EQ(vault->insert_data_source(data_source("more", -1)), kVaultFull);
-}
-
-TEST(VaultDatabase, ServesManyThreadsAndDoesNotMindTheLocaleOfTheProgram) {
-  struct Grouping : std::numpunct<char> {
-    char do_thousands_sep() const override { return ','; }
-    std::string do_grouping() const override { return "\1"; }
-  };
-  std::locale::global(std::locale(std::locale(), new Grouping));
-  const test::TempVault folder;
-  std::vector<std::thread> threads;
-  for (int index = 10; index < 18; ++index) {
-    threads.emplace_back([index] {
-      const std::string id(static_cast<std::size_t>(index), 'x');
-      EXPECT_EQ(test::OpenVault()->insert_data_source(data_source(id, index)), 0);
-      std::vector<int> indexes;
-      EXPECT_EQ(test::modify(id, {'"' + id + "!\"", "", "false", "[]"}, indexes), 0);
-      EXPECT_NE(test::show().find("\"index\":" + std::to_string(index) + ","), std::string::npos);
-    });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
-  EXPECT_EQ(test::stored().size(), 8U);
 }
 
 TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
