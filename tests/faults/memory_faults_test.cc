@@ -6,7 +6,7 @@
 
 #include "tests/support/exported_calls.h"
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef __SANITIZE_ADDRESS__
 #define SYSTEMS(name) __interceptor_##name
 #else
 #define SYSTEMS(name) __libc_##name
