@@ -1,5 +1,6 @@
 #include "schema/column_list.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -38,8 +39,8 @@ bool is_valid(const table_info* columns) {
 }
 
 void set_column(table_info& columns, int index, const char* name, const char* type) {
-  std::strcpy(columns.col_name[index], name);
-  std::strcpy(columns.col_type[index], type);
+  std::snprintf(columns.col_name[index], kColumnTextBytes, "%s", name);
+  std::snprintf(columns.col_type[index], kColumnTextBytes, "%s", type);
 }
 
 }  // namespace orvaneip

@@ -33,7 +33,8 @@ std::size_t room_for(const Pair& pair, const BoundedText& text) {
   if (text.length - pair.shrinkage() >= text.capacity) {
     return 0;
   }
-  return pair.grows() ? (text.capacity - 1 - text.length) / pair.growth() : SIZE_MAX;
+  const std::size_t growth = pair.growth();
+  return growth > 0 ? (text.capacity - 1 - text.length) / growth : SIZE_MAX;
 }
 
 // For each beginning of a text the length of the longest shorter one that it ends with.

@@ -86,6 +86,7 @@ FilterOutcome ft_filter_string_bounded(char* vault_id, char* text, std::size_t c
   return report.outcome;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface has it so
 int do_filtering(std::vector<rule> rules, char*& text) {
   if (text == nullptr) {
     orvane_log_debug("[%s] There is no text", kFilteringName);
