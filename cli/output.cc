@@ -49,6 +49,14 @@ std::string visible(const std::string& text) {
 
 void print_line(const std::string& text) { std::puts(visible(text).c_str()); }
 
+std::string joined(const std::vector<std::string>& texts) {
+  std::string line;
+  for (const std::string& text : texts) {
+    line += (line.empty() ? "" : ", ") + text;
+  }
+  return line;
+}
+
 std::string counted(std::size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }

@@ -23,6 +23,9 @@ void print_line(const std::string& text);
 
 inline const char* yes_or_no(bool value) { return value ? "yes" : "no"; }
 
+// "a, b, c"
+std::string joined(const std::vector<std::string>& texts);
+
 // "1 filter", "2 filters"
 std::string counted(std::size_t count, const std::string& noun);
 

@@ -1,17 +1,26 @@
-// What a column of the wanted layout has and an added column cannot get.
+// What the wanted layout of a table has and added columns cannot get.
 #pragma once
 
 #include <map>
 #include <string>
 #include <vector>
 
+#include "orvaneip.h"
+
 namespace devcfg {
 
-// The properties of each column of a table that the upgrade leaves out, in words: PRIMARY KEY,
-// UNIQUE, NOT NULL, DEFAULT, REFERENCES, GENERATED, and a type of more than one word. (CHECK and
-// COLLATE are left out by the upgrade too, but SQLite does not tell whose they are.) A column
-// without any is missing in the map.
-std::map<std::string, std::vector<std::string>> read_lost_properties(const std::string& path,
-                                                                     const std::string& table);
+struct LostProperties {
+  // Of each column of the table, in words: PRIMARY KEY, UNIQUE, UNIQUE INDEX, NOT NULL, DEFAULT,
+  // REFERENCES with its actions, GENERATED, and the type of a column of `missing` that is more than
+  // its type word. A column without any is not there.
+  std::map<std::string, std::vector<std::string>> of_columns;
+  // Of the table, as keywords: STRICT, WITHOUT ROWID, and what its CREATE statement holds of
+  // AUTOINCREMENT, CHECK, COLLATE and DEFERRABLE: SQLite does not tell which column has it.
+  std::vector<std::string> of_table;
+};
+
+// Of `table` in the file `path`. Throws Refusal when it cannot be read.
+LostProperties read_lost_properties(const std::string& path, const std::string& table,
+                                    const table_info& missing);
 
 }  // namespace devcfg

@@ -1,9 +1,13 @@
+#include <unistd.h>
+
+#include <cstdio>
 #include <memory>
 
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/refusal.h"
 #include "cli/schema/lost_properties.h"
+#include "cli/schema/table_reader.h"
 
 namespace devcfg {
 namespace {
@@ -22,35 +26,35 @@ struct Options {
 };
 
 Columns load(std::string path, std::string table) {
-  // SQLite would create it.
-  if (!check_file_exist(path.data())) {
-    throw Refusal("cannot read " + path);
-  }
+  const TableReader readable(path, table);
   Columns columns(devcfg_load_table_schema(path.data(), table.data()));
   if (columns == nullptr) {
-    throw Refusal(path + " is no database that can be read or has no table " + table +
-                  " (--log tells more)");
+    throw Refusal("the columns of " + table + " in " + path + " cannot be read (--log tells why)");
   }
   return columns;
 }
 
-Columns load_missing(const Options& options) {
-  const Columns current = load(options.file, options.table);
-  const Columns wanted = load(options.wanted_file, options.table);
+Columns compare(table_info& current, table_info& wanted) {
   int count = -1;
-  Columns missing(devcfg_compare_table_schema(current.get(), wanted.get(), &count));
+  Columns missing(devcfg_compare_table_schema(&current, &wanted, &count));
   if (missing == nullptr || count < 0) {
     throw Refusal("more than " + std::to_string(kMaxNewColumns) + " columns are missing");
   }
   return missing;
 }
 
-std::string joined(const std::vector<std::string>& texts) {
-  std::string line;
-  for (const std::string& text : texts) {
-    line += (line.empty() ? "" : ", ") + text;
+// The column that makes SQLite refuse the name: it does not tell apart the case of letters.
+const char* find_clash(const table_info& current, const char* name) {
+  for (int i = 0; i < current.col_count; ++i) {
+    if (is_same_name(current.col_name[i], name)) {
+      return current.col_name[i];
+    }
   }
-  return line;
+  return nullptr;
+}
+
+std::string clash_text(const char* present) {
+  return std::string("SQLite takes its name for the column ") + present;
 }
 
 json_object* column_object(const table_info& columns, int index) {
@@ -71,29 +75,51 @@ void show(const Options& options) {
   options.json ? print_json(array.get()) : table.print();
 }
 
-void diff(const Options& options) {
-  const Columns missing = load_missing(options);
-  auto lost = read_lost_properties(options.wanted_file, options.table);
+void print_missing(const table_info& missing, LostProperties& lost, bool json) {
   const Json array(json_object_new_array());
   Table table({"MISSING COLUMN", "TYPE", "CANNOT BE ADDED"});
-  for (int i = 0; i < missing->col_count; ++i) {
-    const std::vector<std::string>& properties = lost[missing->col_name[i]];
-    json_object* object = column_object(*missing, i);
+  for (int i = 0; i < missing.col_count; ++i) {
+    const std::vector<std::string>& properties = lost.of_columns[missing.col_name[i]];
+    json_object* object = column_object(missing, i);
     json_object_object_add(object, "lost", json_array(properties, json_text));
     json_object_array_add(array.get(), object);
-    table.add_row({missing->col_name[i], missing->col_type[i], joined(properties)});
+    table.add_row({missing.col_name[i], missing.col_type[i], joined(properties)});
   }
-  if (options.json) {
+  if (json) {
     print_json(array.get());
-  } else if (missing->col_count > 0) {
+  } else if (missing.col_count > 0) {
     table.print();
   }
+}
+
+void diff(const Options& options) {
+  const Columns current = load(options.file, options.table);
+  const Columns wanted = load(options.wanted_file, options.table);
+  const Columns missing = compare(*current, *wanted);
+  LostProperties lost = read_lost_properties(options.wanted_file, options.table, *missing);
+  for (int i = 0; i < missing->col_count; ++i) {
+    if (const char* present = find_clash(*current, missing->col_name[i])) {
+      lost.of_columns[missing->col_name[i]] = {"the column: " + clash_text(present)};
+    }
+  }
+  print_missing(*missing, lost, options.json);
   if (missing->col_count > 0) {
+    if (!lost.of_table.empty()) {
+      std::fprintf(stderr, "devcfg: the wanted table also has, and added columns do not get: %s\n",
+                   joined(lost.of_table).c_str());
+    }
     throw NegativeAnswer();
   }
 }
 
-std::vector<std::string> upgrade_statements(const Options& options, const table_info& missing) {
+std::vector<std::string> upgrade_statements(const Options& options, const table_info& current,
+                                            const table_info& missing) {
+  for (int i = 0; i < missing.col_count; ++i) {
+    if (const char* present = find_clash(current, missing.col_name[i])) {
+      throw Refusal(std::string("column ") + missing.col_name[i] +
+                    " cannot be added: " + clash_text(present) + "; nothing was changed");
+    }
+  }
   std::vector<std::string> statements;
   if (devcfg_upgrade_statements(&missing, options.table.c_str(), statements) != 0) {
     throw Refusal("a missing column cannot be added, nothing was changed (--log tells which)");
@@ -101,17 +127,37 @@ std::vector<std::string> upgrade_statements(const Options& options, const table_
   return statements;
 }
 
+// Columns are added in their order, so the first one that is still missing is the one that failed.
+Refusal partial_upgrade(const Options& options, const table_info& missing) {
+  const Columns current = load(options.file, options.table);
+  int added = 0;
+  while (added + 1 < missing.col_count &&
+         find_clash(*current, missing.col_name[added]) != nullptr) {
+    ++added;
+  }
+  return Refusal(
+      std::string("column ") + missing.col_name[added] +
+      " could not be added (--log tells why); added before it: " + std::to_string(added));
+}
+
+// As it runs, but for what a terminal would obey.
+void print_statement(std::string statement) {
+  statement.erase(statement.find_last_not_of(' ') + 1);
+  const std::string line = statement + ";";
+  std::puts((isatty(STDOUT_FILENO) != 0 ? visible(line) : line).c_str());
+}
+
 void upgrade(Options options) {
-  const Columns missing = load_missing(options);
-  const std::vector<std::string> statements = upgrade_statements(options, *missing);
+  const Columns current = load(options.file, options.table);
+  const Columns wanted = load(options.wanted_file, options.table);
+  const Columns missing = compare(*current, *wanted);
+  const std::vector<std::string> statements = upgrade_statements(options, *current, *missing);
   if (!options.dry_run &&
       devcfg_update_table(missing.get(), options.table.data(), options.file.data()) != 0) {
-    const int added = missing->col_count - load_missing(options)->col_count;
-    throw Refusal("a column could not be added (--log tells why); added before it: " +
-                  std::to_string(added));
+    throw partial_upgrade(options, *missing);
   }
   for (const std::string& statement : statements) {
-    print_line(statement + ";");
+    print_statement(statement);
   }
 }
 

@@ -12,32 +12,47 @@ TEST(SchemaCommand, Table) {
   const std::string none = folder.file("none.db");
   ASSERT_EQ(test::BareSqlite(current).exec("CREATE TABLE t(a integer)"), 0);
   ASSERT_EQ(test::BareSqlite(clash).exec("CREATE TABLE t(a, F)"), 0);
+  const std::string full = folder.file("full.db");
+  std::string columns;  // 1997, of the 2000 that SQLite allows
+  for (int i = 1000; i < 2997; ++i) {
+    columns += "c" + std::to_string(i) + ",";
+  }
+  ASSERT_EQ(test::BareSqlite(full).exec("CREATE TABLE t(" + columns + "a)"), 0);
   ASSERT_EQ(test::BareSqlite(wanted).exec(
                 "CREATE TABLE t(a integer, b TEXT UNIQUE NOT NULL DEFAULT 'x',"
-                "\"c d\" DECIMAL(10, 2), e BIG INT REFERENCES q, f AS (1), g PRIMARY KEY)"),
+                "\"c d\" DECIMAL(10, 2), e BIG INT CHECK(1) REFERENCES q ON DELETE CASCADE,"
+                "f/*DEFERRABLE*/ AS (1), g COLLATE NOCASE PRIMARY KEY, UNIQUE(b, e));"
+                "CREATE UNIQUE INDEX i ON t(g)"),
             0);
   const std::string missing =
       "MISSING COLUMN TYPE          CANNOT BE ADDED\n"
-      "b              TEXT          NOT NULL, DEFAULT 'x', UNIQUE\n"
+      "b              TEXT          NOT NULL, DEFAULT 'x', UNIQUE (b, e), UNIQUE\n"
       "c d            DECIMAL(10,2) \n"
-      "e              BIG           type BIG INT, REFERENCES q\n"
+      "e              BIG           type BIG INT, UNIQUE (b, e), REFERENCES q ON DELETE CASCADE\n"
       "f                            GENERATED\n"
-      "g                            PRIMARY KEY\n";
+      "g                            PRIMARY KEY, UNIQUE INDEX\n";
+  const std::string note =
+      "devcfg: the wanted table also has, and added columns do not get: CHECK, COLLATE\n";
   const std::string plan =
       "ALTER TABLE t ADD b TEXT;\nALTER TABLE t ADD \"c d\" DECIMAL(10,2);\n"
-      "ALTER TABLE t ADD e BIG;\nALTER TABLE t ADD f ;\nALTER TABLE t ADD g ;\n";
+      "ALTER TABLE t ADD e BIG;\nALTER TABLE t ADD f;\nALTER TABLE t ADD g;\n";
   // Arguments, exit status, output and errors, in this order.
   const std::tuple<std::vector<std::string>, int, std::string, std::string> kRows[] = {
       {{"show", current, "t"}, 0, "COLUMN TYPE\na      integer\n", ""},
       {{"show", none, "t"}, 1, "", "devcfg: cannot read " + none + "\n"},
       {{"upgrade", current, "t", wanted, "--dry-run"}, 0, plan, ""},
-      {{"diff", current, "t", wanted}, 1, missing, ""},
+      {{"diff", current, "t", wanted}, 1, missing, note},
       {{"upgrade", current, "t", wanted}, 0, plan, ""},
       {{"diff", current, "t", wanted, "--json"}, 0, "[\n]\n", ""},
-      {{"upgrade", clash, "t", wanted},
+      {{"upgrade", full, "t", wanted},
        1,
        "",
-       "devcfg: a column could not be added (--log tells why); added before it: 3\n"}};
+       "devcfg: column e could not be added (--log tells why); added before it: 2\n"},
+      {{"upgrade", clash, "t", wanted, "--dry-run"},
+       1,
+       "",
+       "devcfg: column f cannot be added: SQLite takes its name for the column F; nothing was "
+       "changed\n"}};
   for (auto [arguments, exit_status, output, errors] : kRows) {
     arguments.insert(arguments.begin(), "schema");
     const test::Outcome outcome = test::run(ORVANEIP_DEVCFG, arguments);
