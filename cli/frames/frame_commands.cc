@@ -12,6 +12,9 @@
 namespace devcfg {
 namespace {
 
+// Of decode, unless told otherwise: 1 MiB.
+constexpr std::size_t kUsualPayloadMax = std::size_t{1024} * 1024;
+
 Bytes read_payload() {
   Bytes payload;
   while (payload.size() <= kFramePayloadMax && read_some(payload)) {
@@ -45,6 +48,7 @@ void add_encode(CLI::App& frame) {
   CLI::App* const command =
       frame.add_subcommand("encode", "Put standard input into one frame on standard output");
   const auto hex = std::make_shared<bool>(false);
+  command->footer("decode takes a payload above 1 MiB only with --payload-max.");
   command->add_flag("--hex", *hex, "Show the frame in hexadecimal");
   command->callback([hex] { encode(*hex); });
 }
@@ -55,13 +59,14 @@ void add_decode(CLI::App& frame) {
   command->footer(
       "Bytes that belong to no whole frame are skipped and told on standard error; the exit "
       "status\n"
-      "is 1 then.");
+      "is 1 then. So are those of a frame with a payload above --payload-max. A damaged length up\n"
+      "to it holds back the frames behind it until as many bytes have come, or the stream ends.");
   const auto hex = std::make_shared<bool>(false);
-  const auto payload_max = std::make_shared<std::size_t>(kFramePayloadMax);
+  const auto payload_max = std::make_shared<std::size_t>(kUsualPayloadMax);
   command->add_flag("--hex", *hex, "Show each frame's place, and its payload in hexadecimal");
   command
       ->add_option("--payload-max", *payload_max,
-                   "Longest payload in bytes; a small one makes the search quicker after damage")
+                   "Longest payload in bytes that the sender makes: a longer length is damage")
       ->check(CLI::Range(std::size_t{0}, kFramePayloadMax))
       ->capture_default_str();
   command->callback([hex, payload_max] { decode(*payload_max, *hex); });

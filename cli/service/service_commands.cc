@@ -10,7 +10,7 @@ namespace {
 // `status` as the functions of service/service_commands.h return it.
 void require_success(int status) {
   if (status < 0) {
-    throw Refusal("the command could not be run, or was ended by a signal");
+    throw Refusal("the command could not be run, or was ended by a signal (--log tells why)");
   }
   if (status > 0) {
     throw Refusal("the command ended with exit status " + std::to_string(status));
@@ -25,12 +25,7 @@ void add_device_command(CLI::App& service, const char* name, const char* help, i
   CLI::App* const command = service.add_subcommand(name, help);
   const auto device_id = std::make_shared<std::string>();
   command->add_option("ID", *device_id, "Identifier of the device")->required();
-  command->callback([call, device_id] {
-    if (device_id->empty()) {
-      throw Refusal("the device identifier is empty");
-    }
-    require_success(call(device_id->data()));
-  });
+  command->callback([call, device_id] { require_success(call(device_id->data())); });
 }
 
 }  // namespace
