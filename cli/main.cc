@@ -14,6 +14,8 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+constexpr char kExitStatus[] =
+    "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.";
 
 std::string failure_message(const CLI::App* /*app*/, const CLI::Error& error) {
   return devcfg::visible(std::string("devcfg: ") + error.what()) +
@@ -24,13 +26,8 @@ void describe(CLI::App& app) {
   app.description(
       "Shows and changes the device configuration of the metadata service: its data sources\n"
       "(cameras, tills, doors), their camera channels and their text filters.");
-  app.footer(
-      "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n"
-      "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.\n"
-      "A first try, with a vault of its own:\n"
-      "  export ORVANE_VAULT=$PWD/try.db\n"
-      "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
-      "  devcfg list");
+  // A command without a footer of its own takes this one.
+  app.footer(kExitStatus);
   app.require_subcommand(1);
   app.fallthrough();
   app.failure_message(failure_message);
@@ -51,6 +48,13 @@ void describe(CLI::App& app) {
   devcfg::add_service_commands(app);
   devcfg::add_frame_commands(app);
   devcfg::add_net_commands(app);
+  app.footer(
+      "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n" +
+      std::string(kExitStatus) +
+      "\nA first try, with a vault of its own:\n"
+      "  export ORVANE_VAULT=$PWD/try.db\n"
+      "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
+      "  devcfg list");
 }
 
 // Without a setting texts would be shown as bytes: the vault's are UTF-8.
