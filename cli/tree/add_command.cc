@@ -22,7 +22,8 @@ struct Settings {
 int free_number(const TreeFile& tree) {
   const std::vector<std::string> names = node_names(tree);
   for (int number = 0; number < kMaxDeviceNodes; ++number) {
-    if (std::find(names.begin(), names.end(), node_name(number)) == names.end()) {
+    if (std::none_of(names.begin(), names.end(),
+                     [number](const std::string& name) { return node_number(name) == number; })) {
       return number;
     }
   }

@@ -3,14 +3,9 @@
 namespace devcfg {
 namespace {
 
-template <auto kMember>
-const char* text_of(const TDeviceInfo& info) {
-  return info.*kMember;
-}
-
 template <auto kMember, typename... Names>
 DeviceField field(const char* option, const char* meaning, Names... path) {
-  return {option, meaning, {path...}, text_of<kMember>, sizeof(TDeviceInfo{}.*kMember)};
+  return {option, meaning, {path...}, sizeof(TDeviceInfo{}.*kMember)};
 }
 
 }  // namespace
@@ -43,6 +38,14 @@ const DeviceField& password_field() {
   static const DeviceField kField = field<&TDeviceInfo::src_pwd>(
       "password", "Password at the device", "src_property_list", "pwd");
   return kField;
+}
+
+std::string field_text(const TreeFile& tree, const std::string& node, const DeviceField& field) {
+  std::string text(field.size_bytes, '\0');
+  const char* const* path = field.path;
+  xmlcfg_get_str(tree.handle(), "", text.data(), static_cast<int>(text.size()), "device",
+                 node.c_str(), path[0], path[1], path[2], path[3], nullptr);
+  return text.c_str();
 }
 
 }  // namespace devcfg

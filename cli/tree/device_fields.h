@@ -5,15 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "orvaneip.h"
+#include "cli/tree/tree_file.h"
 
 namespace devcfg {
 
 struct DeviceField {
   const char* option;  // of `tree add`, and the name in tables and JSON
   const char* meaning;
-  const char* path[4];  // below the node, ended by null
-  const char* (*text)(const TDeviceInfo& info);
+  const char* path[4];     // below the node, ended by null
   std::size_t size_bytes;  // of the buffer that programs read it into
 };
 
@@ -22,5 +21,8 @@ const std::vector<DeviceField>& device_fields();
 
 // The password at the source device.
 const DeviceField& password_field();
+
+// What programs read; "" when there is no value.
+std::string field_text(const TreeFile& tree, const std::string& node, const DeviceField& field);
 
 }  // namespace devcfg

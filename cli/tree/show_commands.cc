@@ -17,31 +17,53 @@ struct Settings {
   bool show_password = false;
 };
 
+// The values are read at the node's own name, as programs do that look for a device: get_device
+// knows numbers, and so no node that is named otherwise.
 bool is_builtin(const TreeFile& tree, const std::string& node) {
   return xmlcfg_get_bool(tree.handle(), false, "device", node.c_str(), "builtin", nullptr);
 }
 
-Json device_object(const TreeFile& tree, const std::string& node, const TDeviceInfo& info) {
+bool is_enabled(const TreeFile& tree, const std::string& node) {
+  char text[6];
+  xmlcfg_get_str(tree.handle(), "", text, sizeof(text), "device", node.c_str(), "enable", nullptr);
+  return std::string(text) == "true";
+}
+
+std::string device_id(const TreeFile& tree, const std::string& node) {
+  return field_text(tree, node, device_fields().front());
+}
+
+Json device_object(const TreeFile& tree, const std::string& node) {
   Json object(json_object_new_object());
-  json_object_object_add(object.get(), "node", json_object_new_string(node.c_str()));
+  const auto number = node_number(node);
+  json_object_object_add(object.get(), "node", json_text(node));
+  json_object_object_add(object.get(), "number", number ? json_object_new_int(*number) : nullptr);
   for (const DeviceField& field : device_fields()) {
-    json_object_object_add(object.get(), field.option, json_object_new_string(field.text(info)));
+    json_object_object_add(object.get(), field.option, json_text(field_text(tree, node, field)));
   }
-  json_object_object_add(object.get(), "enabled", json_object_new_boolean(info.enable));
+  json_object_object_add(object.get(), "enabled", json_object_new_boolean(is_enabled(tree, node)));
   json_object_object_add(object.get(), "builtin", json_object_new_boolean(is_builtin(tree, node)));
   return object;
+}
+
+std::vector<std::string> table_row(const TreeFile& tree, const std::string& node) {
+  const auto number = node_number(node);
+  std::vector<std::string> row = {node, number ? std::to_string(*number) : ""};
+  for (std::size_t i = 0; i < 3; ++i) {  // the identifier, the name and the type
+    row.push_back(field_text(tree, node, device_fields()[i]));
+  }
+  row.emplace_back(yes_or_no(is_enabled(tree, node)));
+  row.emplace_back(yes_or_no(is_builtin(tree, node)));
+  return row;
 }
 
 void list_nodes(const Settings& settings) {
   const TreeFile tree(kCfgRead, settings.file);
   const Json list(json_object_new_array());
-  Table table({"NODE", "ID", "NAME", "TYPE", "ENABLED", "BUILT-IN"});
+  Table table({"NODE", "NUMBER", "ID", "NAME", "TYPE", "ENABLED", "BUILT-IN"});
   for (const std::string& node : node_names(tree)) {
-    TDeviceInfo info;
-    get_device(tree.handle(), *node_number(node), &info);
-    json_object_array_add(list.get(), device_object(tree, node, info).release());
-    table.add_row({node, info.device_id, info.device_name, info.type, info.enable ? "yes" : "no",
-                   is_builtin(tree, node) ? "yes" : "no"});
+    json_object_array_add(list.get(), device_object(tree, node).release());
+    table.add_row(table_row(tree, node));
   }
   if (settings.json) {
     print_json(list.get());
@@ -53,46 +75,53 @@ void list_nodes(const Settings& settings) {
 void find_node(Settings settings) {
   const TreeFile tree(kCfgRead, settings.file);
   const int number = find_device_exist(tree.handle(), settings.wanted.data());
-  if (number < 0) {
-    throw Refusal("no node has the device id " + settings.wanted);
+  for (const std::string& node : node_names(tree)) {
+    if (number >= 0 && node_number(node) == number && device_id(tree, node) == settings.wanted) {
+      print_line(node);
+      return;
+    }
   }
-  std::puts(node_name(number).c_str());
+  throw Refusal("no node has the device id " + settings.wanted);
 }
 
-std::string password_text(const TDeviceInfo& info, bool show) {
-  const std::string text = password_field().text(info);
+std::string password_text(const TreeFile& tree, const std::string& node, bool show) {
+  const std::string text = field_text(tree, node, password_field());
   return show || text.empty() ? text : "(hidden, --show-password shows it)";
 }
 
-void print_node(const TreeFile& tree, const std::string& node, const TDeviceInfo& info,
-                bool show_password) {
+void print_node(const TreeFile& tree, const std::string& node, bool show_password) {
   Table table({"FIELD", "VALUE"});
   table.add_row({"node", node});
   for (const DeviceField& field : device_fields()) {
-    table.add_row({field.option, field.text(info)});
+    table.add_row({field.option, field_text(tree, node, field)});
   }
-  table.add_row({password_field().option, password_text(info, show_password)});
-  table.add_row({"enabled", info.enable ? "yes" : "no"});
-  table.add_row({"builtin", is_builtin(tree, node) ? "yes" : "no"});
+  table.add_row({password_field().option, password_text(tree, node, show_password)});
+  table.add_row({"enabled", yes_or_no(is_enabled(tree, node))});
+  table.add_row({"builtin", yes_or_no(is_builtin(tree, node))});
   table.print();
+}
+
+// The node as it is named, or by its number.
+std::string wanted_node(const std::string& wanted) {
+  const auto number = node_number("_" + wanted);
+  const bool is_number = wanted.find_first_not_of("0123456789") == std::string::npos;
+  return number && is_number ? node_name(*number) : wanted;
 }
 
 void show_node(const Settings& settings) {
   const TreeFile tree(kCfgRead, settings.file);
-  const auto number = node_number(settings.wanted);
-  TDeviceInfo info;
-  if (!number || !get_device(tree.handle(), *number, &info)) {
-    throw Refusal("there is no device at the node " + settings.wanted);
+  const std::string node = wanted_node(settings.wanted);
+  if (const std::string id = device_id(tree, node); id.empty() || id == kNoValue) {
+    throw Refusal("there is no device at the node " + node);
   }
-  const std::string node = node_name(*number);
   if (!settings.json) {
-    print_node(tree, node, info, settings.show_password);
+    print_node(tree, node, settings.show_password);
     return;
   }
-  const Json object = device_object(tree, node, info);
+  const Json object = device_object(tree, node);
   if (settings.show_password) {
     json_object_object_add(object.get(), password_field().option,
-                           json_object_new_string(password_field().text(info)));
+                           json_text(field_text(tree, node, password_field())));
   }
   print_json(object.get());
 }
@@ -118,7 +147,8 @@ void add_show_commands(CLI::App& tree) {
 
   CLI::App* show = tree.add_subcommand("show", "Show the values of a node");
   add_file_option(*show, settings);
-  show->add_option("NODE", settings->wanted, "device_NNN or its number")->required();
+  show->add_option("NODE", settings->wanted, "The name of a node, as device_007, or its number")
+      ->required();
   show->add_flag("--json", settings->json, "Print JSON");
   show->add_flag("--show-password", settings->show_password, "Show the password in clear");
   show->callback([=] { show_node(*settings); });

@@ -30,15 +30,8 @@ void TreeFile::save() {
 }
 
 std::vector<std::string> node_names(const TreeFile& tree) {
-  char list[4096];
-  xmlcfg_get_str(tree.handle(), kNoValue, list, sizeof(list), "device", "device_node_list",
-                 nullptr);
-  std::vector<std::string> names;
-  for (const std::string& name : split(list, ',')) {
-    if (node_number(name)) {
-      names.push_back(name);
-    }
-  }
+  std::vector<std::string> names = listed_names(tree, "device", "device_node_list");
+  std::erase_if(names, [](const std::string& name) { return name.empty() || name == kNoValue; });
   return names;
 }
 
@@ -49,13 +42,14 @@ std::string node_name(int number) {
 }
 
 std::optional<int> node_number(const std::string& name) {
-  constexpr std::string_view kPrefix = "device_";
-  const std::string_view digits =
-      std::string_view(name).substr(name.starts_with(kPrefix) ? kPrefix.size() : 0);
+  const std::size_t mark = name.find('_');
+  if (mark == std::string::npos) {
+    return std::nullopt;
+  }
   int number = 0;
-  const auto [rest, error] = std::from_chars(digits.begin(), digits.end(), number);
-  const bool whole = error == std::errc() && rest == digits.end() && number >= 0;
-  return whole ? std::optional(number) : std::nullopt;
+  const char* const end = name.data() + name.size();
+  const std::errc error = std::from_chars(name.data() + mark + 1, end, number).ec;
+  return error == std::errc() && number >= 0 ? std::optional(number) : std::nullopt;
 }
 
 }  // namespace devcfg

@@ -34,13 +34,22 @@ class TreeFile {
   void* handle_;
 };
 
-// The listed node names that have a number, in list order.
+// The names in the list at the path, empty ones included; none when there is no list.
+template <typename... Names>
+std::vector<std::string> listed_names(const TreeFile& tree, Names... path) {
+  char list[4096];
+  xmlcfg_get_str(tree.handle(), kNoValue, list, sizeof(list), path..., nullptr);
+  return std::string(list) != kNoValue ? split(list, ',') : std::vector<std::string>();
+}
+
+// The nodes of the device tree, in list order.
 std::vector<std::string> node_names(const TreeFile& tree);
 
 // "device_%03d"
 std::string node_name(int number);
 
-// The number of "device_007" or "7".
+// The number by which programs know a node: what follows the first "_" of its name. Nothing when
+// that is no number.
 std::optional<int> node_number(const std::string& name);
 
 }  // namespace devcfg

@@ -40,6 +40,19 @@ TEST(CommandFiles, JsonThatCannotBeRead) {
                {"import " + vault.file("none"), 1, "No such file"}});
 }
 
+TEST(CommandFiles, ADeviceTreeWithNodesOfAnyName) {
+  const CommandVault vault;
+  const std::string file = vault.file("tree.xml");
+  test::write_file(file,
+                   "<device><device_node_list>tills_012,camera,NULL,,007</device_node_list>"
+                   "<tills_012><device_id>T</device_id></tills_012></device>");
+  test::check_steps(
+      vault, {{{"tree", "nodes", "--file", file}, "", 0, "tills_012 12     T ", ""},
+              {{"tree", "nodes", "--file", file}, "", 0, "\ncamera ", ""},
+              {{"tree", "find", "T", "--file", file}, "", 0, "tills_012\n", ""},
+              {{"tree", "show", "tills_012", "--file", file}, "", 0, "id             T\n", ""}});
+}
+
 TEST(CommandFiles, ExportReplacesAFileInOneStep) {
   const CommandVault vault;
   vault.import_shop();
