@@ -46,6 +46,8 @@ echo "== Another till"
 expect 0 "device_003" devcfg tree add till-2 --type pos --name "Till at the back" \
   --connection lan --ip 192.168.7.32 --port 9100
 expect 1 "already" devcfg tree add till-2
+input=password.txt expect 0 "device_004" devcfg tree add till-3 --password-stdin
+expect 0 "sesame-2" devcfg tree show device_004 --show-password
 
 echo
 echo "== The built-in devices: first what would happen, then the change"

@@ -17,6 +17,7 @@ struct Settings {
   std::map<std::string, std::string> values;  // by DeviceField::option
   bool disabled = false;
   bool read_password = false;
+  std::string password;
 };
 
 int free_number(const TreeFile& tree) {
@@ -57,14 +58,17 @@ void store_values(const TreeFile& tree, const std::string& node, const Settings&
     }
   }
   if (settings.read_password) {
-    store(tree, node, password_field(), read_password());
+    store(tree, node, password_field(), settings.password);
   }
   xmlcfg_set_str(tree.handle(), settings.disabled ? "false" : "true", "device", node.c_str(),
                  "enable", nullptr);
 }
 
-void add_node(const Settings& settings) {
+void add_node(Settings settings) {
   std::string id = settings.values.at("id");
+  if (settings.read_password) {
+    settings.password = read_password();  // other writers do not wait for a person
+  }
   TreeFile tree(kCfgChange, settings.file);
   if (find_device_exist(tree.handle(), id.data()) >= 0) {
     throw Refusal("a node has the device id " + id + " already");
