@@ -1,5 +1,6 @@
 #include "cli/output.h"
 
+#include <boost/locale/utf.hpp>
 #include <libsmartcols/libsmartcols.h>
 
 #include <cerrno>
@@ -27,9 +28,34 @@ void append_escaped(std::string& text, unsigned char byte) {
   text += kDigits[byte & 0x0F];
 }
 
+// Puts U+FFFD in the place of each byte that is no part of a character. False when there is none.
+bool replace_what_is_not_utf8(std::string& text) {
+  using Utf8 = boost::locale::utf::utf_traits<char>;
+  std::string valid;
+  for (auto next = text.cbegin(); next != text.cend();) {
+    const auto start = next;
+    const boost::locale::utf::code_point character = Utf8::decode(next, text.cend());
+    if (boost::locale::utf::is_valid_codepoint(character)) {
+      valid.append(start, next);
+    } else {
+      valid += "\uFFFD";
+      next = start + 1;
+    }
+  }
+  const bool replaced = valid != text;
+  text = std::move(valid);
+  return replaced;
+}
+
 }  // namespace
 
-void print_json(json_object* document) { std::puts(document_text(document)); }
+void print_json(json_object* document) {
+  std::string text = document_text(document);
+  if (replace_what_is_not_utf8(text)) {
+    std::fputs("devcfg: U+FFFD stands for bytes that are not UTF-8\n", stderr);
+  }
+  std::puts(text.c_str());
+}
 
 std::string visible(const std::string& text) {
   std::string shown;

@@ -11,7 +11,8 @@ struct libscols_table;
 
 namespace devcfg {
 
-// Prints the document, indented, and a line feed.
+// Prints the document, indented, and a line feed. What is not UTF-8 in its texts is shown as
+// U+FFFD, so that it is valid JSON, and standard error tells so.
 void print_json(json_object* document);
 
 // The text with its control characters made visible as \xNN: safe to print on a terminal. Line

@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <memory>
 
 #include "cli/atomic_file.h"
@@ -11,7 +12,7 @@ namespace {
 void export_vault(const std::string& file) {
   const Json document = vault_document(Vault().data_sources());
   if (file == "-") {
-    print_json(document.get());
+    std::puts(document_text(document.get()));  // bytes as they are: import takes them back
   } else {
     write_file_atomically(file, std::string(document_text(document.get())) + '\n');
   }
@@ -25,7 +26,7 @@ void register_export(CLI::App& app) {
       app.add_subcommand("export", "Write the whole vault as one JSON document")
           ->footer(
               "The document holds one moment's state. A file is replaced in one step, and only "
-              "its owner\nmay read it.\n"
+              "its owner\nmay read it. Texts that are not UTF-8 are kept byte for byte.\n"
               "Example:\n  devcfg export backup.json");
   command->add_option("FILE", *file, "Where to; standard output by default");
   command->callback([file] { export_vault(*file); });

@@ -118,6 +118,9 @@ TEST(Import, RoundTripReproducesTheVaultByteForByte) {
   test::expect_part(exported, name);
   test::expect_part(exported, "\x80\xff broken");
   test::expect_part(exported, "\"last_recv_time\": 9223372036854775807");
+  const test::Outcome list = first.devcfg("list --json");
+  test::expect_part(list.output, "\uFFFD\uFFFD broken");
+  test::expect_part(list.errors, "U+FFFD");
   const CommandVault second;
   second.check({{"import -", 0, "2 added", exported}});
   EXPECT_EQ(second.content(), exported);
