@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -93,11 +94,22 @@ std::string filtered(const std::string& line, const std::string& device_id,
   }
 }
 
+void tell_unknown_device(const std::string& device_id, const std::vector<dev_filter>& devices) {
+  const std::string wanted = CLI::ignore_case(device_id);
+  if (std::none_of(devices.begin(), devices.end(), [&](const dev_filter& device) {
+        return CLI::ignore_case(device.device_id) == wanted;
+      })) {
+    std::fprintf(stderr, "devcfg: there are no rules for %s\n", visible(device_id).c_str());
+  }
+}
+
 void apply(const std::string& device_id) {
   const std::vector<dev_filter> devices = read_devices();
+  tell_unknown_device(device_id, devices);
   for (std::string line; std::getline(std::cin, line);) {
     const std::string text = filtered(line, device_id, devices);
     std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);  // who sends a line may wait for what becomes of it
   }
   if (std::ferror(stdout) != 0) {
     throw Refusal("standard output cannot be written");
@@ -109,6 +121,9 @@ void apply(const std::string& device_id) {
 void add_rule_commands(CLI::App& app) {
   CLI::App* rules = app.add_subcommand("rules", "The rules for the texts of devices");
   rules->require_subcommand(1);
+  rules->footer("The rule file is " ORVANEIP_ROOT
+                "/etc/config/kfilter.xml, which is only read.\n"
+                "Example:\n  devcfg rules apply till-1 < receipts.txt");
 
   auto json = std::make_shared<bool>(false);
   CLI::App* list = rules->add_subcommand("list", "List the rules of the rule file");

@@ -74,13 +74,25 @@ void synchronise() {
   std::puts("the device tree matches the built-in list");
 }
 
+std::size_t count_events(const TreeFile& tree, const std::string& device) {
+  constexpr char kTop[] = "device_event_root";
+  std::size_t count = 0;
+  for (const std::string& terminal :
+       listed_names(tree, kTop, device.c_str(), "terminal_node_list")) {
+    count += listed_names(tree, kTop, device.c_str(), terminal.c_str(), "event_node_list").size();
+  }
+  return count;
+}
+
 void clear_events(const std::string& file, std::string device) {
   const TreeFile tree(kCfgRead, file);
+  const std::size_t count = count_events(tree, device);
   if (!remove_event_in_table(tree.handle(), device.data())) {
     throw Refusal("the event service did not remove every event of " + device +
                   " (--log tells which)");
   }
-  std::printf("the events of %s are cleared\n", device.c_str());
+  print_line(count == 0 ? "no events recorded for " + device
+                        : counted(count, "event") + " of " + device + " cleared");
 }
 
 void add_sync_builtin(CLI::App& tree) {

@@ -2,18 +2,30 @@
 
 #include <charconv>
 #include <cstdio>
+#include <filesystem>
 #include <utility>
 
 #include "cli/refusal.h"
 
 namespace devcfg {
+namespace {
+
+std::string why_not_opened(const std::string& path) {
+  std::error_code error;
+  if (path == system_device_tree() && !std::filesystem::exists(path, error) && !error) {
+    return "there is no device tree yet: `devcfg tree init` creates " + path;
+  }
+  return "the tree " + path + " cannot be opened (--log tells why)";
+}
+
+}  // namespace
 
 std::string system_device_tree() { return ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml"; }
 
 TreeFile::TreeFile(TCfgMode mode, const std::string& path)
     : path_(path), handle_(xmlcfg_open(mode, path.c_str())) {
   if (handle_ == nullptr) {
-    throw Refusal("the tree " + path + " cannot be opened (--log tells why)");
+    throw Refusal(why_not_opened(path));
   }
 }
 
