@@ -17,8 +17,18 @@ constexpr int kWrongUsage = 2;
 constexpr char kExitStatus[] =
     "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.";
 
-std::string failure_message(const CLI::App* /*app*/, const CLI::Error& error) {
-  return devcfg::visible(std::string("devcfg: ") + error.what()) +
+// An argument that is taken for an option, but may be meant as a text.
+std::string hint_at_dashes(const CLI::App& app) {
+  for (const std::string& argument : app.remaining(true)) {
+    if (argument.starts_with('-')) {
+      return "\na text that begins with a dash stands behind --: -- " + argument;
+    }
+  }
+  return "";
+}
+
+std::string failure_message(const CLI::App* app, const CLI::Error& error) {
+  return devcfg::visible(std::string("devcfg: ") + error.what() + hint_at_dashes(*app)) +
          "\ndevcfg --help and devcfg COMMAND --help tell more\n";
 }
 
@@ -52,6 +62,11 @@ void describe(CLI::App& app) {
       "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n" +
       std::string(kExitStatus) +
       "\nA first try, with a vault of its own:\n"
+  // Last, since a subcommand takes over the footer that it finds.
+  app.footer(
+      "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n"
+      "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.\n"
+      "A first try, with a vault of its own:\n"
       "  export ORVANE_VAULT=$PWD/try.db\n"
       "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
       "  devcfg list");
@@ -65,14 +80,6 @@ void choose_locale() {
   }
 }
 
-  // Last, since a subcommand takes over the footer that it finds.
-  app.footer(
-      "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n"
-      "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.\n"
-      "A first try, with a vault of its own:\n"
-      "  export ORVANE_VAULT=$PWD/try.db\n"
-      "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
-      "  devcfg list");
 int run(CLI::App& app, int argc, char** argv) {
   int status = 0;
   try {

@@ -45,6 +45,16 @@ refused() {
   [ "$status" = 1 ] || fail "exit status $status instead of 1 of: $*"
 }
 
+# Runs a command on a file, with what it prints on standard error in the file "errors".
+run_on() {
+  local file=$1
+  shift
+  printf '%s <%s\n' "$(prompt "$@")" "${file#"$folder/"}"
+  output=$("$@" <"$file" 2>"$folder/errors") || fail "exit status $? of: $*"
+  printf '%s\n' "$output"
+  cat "$folder/errors"
+}
+
 # shows TEXT: the output of the last command holds it. hides TEXT: it does not.
 shows() { [[ $output == *"$1"* ]] || fail "the output does not show: $1"; }
 hides() { [[ $output != *"$1"* ]] || fail "the output still shows: $1"; }
@@ -95,6 +105,15 @@ run devcfg filters set till-2 filters-till-2.json
 run devcfg filters show till-1
 shows "CARD **** **** ****"
 refused devcfg filters set nobody filters-till-1.json
+
+say "A receipt comes in, and what becomes of it; the number of replacements is counted."
+sed -n 's/^till-1\t//p' incoming.txt >"$folder/receipt.txt"
+run_on "$folder/receipt.txt" devcfg filter-text till-1 --hits
+shows "CARD **** **** **** 0815"
+shows "OPERATOR: 07"
+hides "4929 1100"
+hides "Zoë"
+grep -q '^ *1  "CARD 4929 1100 2233 "' "$folder/errors" || fail "the hit of the card is not counted"
 
 say "A camera is renamed, and its channels follow in every data source; another one is gone."
 run devcfg camera renamed cam-entrance "Main entrance"

@@ -16,7 +16,7 @@ struct FilterTextOptions {
 
 // Rules are read without a status: none may also mean that there is no such vault, or that it
 // cannot be read.
-void require_vault_without_filters(const std::string& id) {
+void require_that_it_has_no_filters(const std::string& id) {
   CDataSource vault;
   std::vector<metadata_vault::DataSource> found;
   int status = vault.init();
@@ -42,7 +42,7 @@ void filter_text(FilterTextOptions& options) {
     throw Refusal("the ID is empty");
   }
   if (rules.empty() && rules_result == kDevcfgOk) {
-    require_vault_without_filters(options.id);
+    require_that_it_has_no_filters(options.id);
   }
   TextStream stream(rules);
   options.whole ? stream.filter_whole() : stream.filter_lines();
@@ -96,6 +96,10 @@ void print_patterns(const SearchOptions& options) {
 void print_expression(const SearchOptions& options) {
   std::string expression;
   check_abnormal_char_for_special_for_mongo(options.text.c_str(), expression);
+  if (options.json) {
+    print_json(Json(json_text(expression)).get());
+    return;
+  }
   std::puts(expression.c_str());
 }
 
@@ -103,7 +107,8 @@ void register_search(CLI::App& app) {
   CLI::App* family = app.add_subcommand("search", "Show what search text is turned into");
   family->require_subcommand(1);
   const char* const kText =
-      "Terms separated by spaces; + stands for any text; \"a phrase\" is taken as it is";
+      "Terms separated by spaces; + stands for any text; \"a phrase\" is taken as it is; a text\n"
+      "that begins with a dash stands behind --";
   auto like_options = std::make_shared<SearchOptions>();
   CLI::App* like = family->add_subcommand("like", "The SQL LIKE patterns, one a line");
   like->add_option("TEXT", like_options->text, kText)->required();
@@ -112,6 +117,7 @@ void register_search(CLI::App& app) {
   auto regex_options = std::make_shared<SearchOptions>();
   CLI::App* regex = family->add_subcommand("regex", "The document store's regular expression");
   regex->add_option("TEXT", regex_options->text, kText)->required();
+  regex->add_flag("--json", regex_options->json, "Print a JSON string");
   regex->callback([regex_options] { print_expression(*regex_options); });
 }
 

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "cli/output.h"
 #include "cli/refusal.h"
 
 namespace devcfg {
@@ -47,6 +48,7 @@ void TextStream::filter_lines() {
     if (!std::cin.eof()) {
       write_all("\n", 1);
     }
+    std::fflush(stdout);  // who sends a line may wait for what becomes of it
   }
   require_whole_input();
 }
@@ -82,7 +84,8 @@ void TextStream::write_filtered(const std::string& text) {
 void TextStream::print_hits() const {
   std::fprintf(stderr, "%10s  rule\n", "hits");
   for (std::size_t i = 0; i < rules_.size(); ++i) {
-    std::fprintf(stderr, "%10zu  \"%s\" -> \"%s\"\n", hits_[i], rules_[i].target, rules_[i].result);
+    std::fprintf(stderr, "%10zu  \"%s\" -> \"%s\"\n", hits_[i], visible(rules_[i].target).c_str(),
+                 visible(rules_[i].result).c_str());
   }
 }
 
