@@ -114,7 +114,7 @@ TEST(CheckBuiltin, CopiesTheNineValuesAndEnables) {
                                                std::string(1021, 'p') + "||NULL|true|(none)|");
 }
 
-TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
+TEST(CheckBuiltin, AFileThatCannotBeOpenedOrTakesNoNodesStopsIt) {
   const ConfigFiles files;
   EXPECT_EQ(devcfg_check_builtin(), -1);
   EXPECT_EQ(test::take_product_log().back(), "[libdevcfg] Builtin XML file opened failed");
@@ -122,11 +122,7 @@ TEST(CheckBuiltin, AFileThatCannotBeOpenedStopsIt) {
   EXPECT_EQ(devcfg_check_builtin(), -1);
   EXPECT_EQ(test::take_product_log().back(), "[libdevcfg] Zelip XML file opened failed");
   EXPECT_TRUE(test::Tree(kCfgChange, files.builtin_list()).is_open());
-}
-
-TEST(CheckBuiltin, AFileThatTakesNoNodesStaysAsItIs) {
   for (const Lines& keys : {Lines{"A"}, Lines{}}) {
-    const ConfigFiles files;
     write_entries(files, keys);
     test::write_file(files.device_tree(), "<other><x/></other>");
     expect_second_run_changes_nothing(files, -1);
