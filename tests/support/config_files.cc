@@ -26,7 +26,7 @@ namespace test {
 ConfigFiles::ConfigFiles() { folder = path(); }
 ConfigFiles::~ConfigFiles() { folder = "/no/such/folder"; }
 
-void write_tree(const std::string& file, const std::string& top, const std::string& values) {
+std::string write_tree(const std::string& file, const std::string& top, const std::string& values) {
   write_file(file, "");
   Tree tree(kCfgChange, file);
   for (const std::string& item : split(values, ';')) {
@@ -36,6 +36,7 @@ void write_tree(const std::string& file, const std::string& top, const std::stri
       throw std::runtime_error("cannot store " + item);
     }
   }
+  return file;
 }
 
 }  // namespace test

@@ -21,7 +21,7 @@ struct ConfigFiles : TempFolder {
 };
 
 // Replaces the file by one that holds the values "path=value;path=value", each path below `top`,
-// its names joined by "/".
-void write_tree(const std::string& file, const std::string& top, const std::string& values);
+// its names joined by "/". Returns the file's path.
+std::string write_tree(const std::string& file, const std::string& top, const std::string& values);
 
 }  // namespace test

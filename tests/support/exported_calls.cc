@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "tests/support/columns.h"
+
 namespace test {
 namespace {
 
@@ -11,26 +13,8 @@ constexpr char kDeviceTree[] =
 constexpr char kEvents[] =
     "d/terminal_node_list=t;d/t/event_node_list=e,f;d/t/e/evt_id=1;d/t/f/evt_id=2";
 
-char id_a[] = "a";
-char node_d[] = "d";
-char node_f[] = "f";
-char top[] = "device";
-char terminal[] = "terminal";
-char text_x[] = "x";
-char missing[] = "missing";
-char table_t[] = "t";
-char table_u[] = "u";
-
-struct Release {
-  void operator()(json_object* document) const { json_object_put(document); }
-  void operator()(table_info* columns) const { devcfg_del_tb_info(columns); }
-};
-using Columns = std::unique_ptr<table_info, Release>;
-
-std::string written(const std::string& file, const char* top_element, const char* values) {
-  write_tree(file, top_element, values);
-  return file;
-}
+char id_a[] = "a", node_d[] = "d", node_f[] = "f", text_x[] = "x", table_t[] = "t", table_u[] = "u";
+char top[] = "device", terminal[] = "terminal", missing[] = "missing";
 
 int change_data_sources(Own& own) {
   int code = 0;
@@ -48,7 +32,7 @@ int change_data_sources(Own& own) {
 
 // How many data sources the document lists.
 int listed(json_object* made) {
-  const std::unique_ptr<json_object, Release> document(made);
+  const std::shared_ptr<json_object> document(made, json_object_put);
   json_object* list = json_object_object_get(made, "vault_list");
   return list == nullptr ? 0 : static_cast<int>(json_object_array_length(list));
 }
@@ -57,8 +41,8 @@ int list_data_sources(Own& own) {
   int found = 0;
   devcfg_check_vault_exist(own.id.data(), &found);
   devcfg_check_vault_name(missing, &found);
-  const bool some = listed(devcfg_get_all_device(nullptr, nullptr, nullptr, nullptr)) > 0;
-  return some && listed(devcfg_get_device(own.id.data(), nullptr)) == found ? found : 0;
+  const int all = listed(devcfg_get_all_device(nullptr, nullptr, nullptr, nullptr));
+  return listed(devcfg_get_device(own.id.data(), nullptr)) == found && all >= found ? found : 0;
 }
 
 int change_lists(Own& own) {
@@ -73,25 +57,20 @@ int change_lists(Own& own) {
 
 int filter_text(Own& own) {
   FilterReport report;
-  std::string text = "old";
-  std::string again = text;
+  std::string text = "old", again = text;
   ft_filter_string(own.id.data(), text.data());
   ft_filter_string_bounded(own.id.data(), again.data(), again.size() + 1, report);
   return text == "new" && again == "new" ? 1 : 0;
 }
 
 int apply_rules(Own&) {
-  std::vector<rule> rules(1);
-  std::strcpy(rules[0].target, "x");
-  std::strcpy(rules[0].result, "xxy");
+  const std::vector<rule> rules = {{"", 0, 1, "x", "xxy"}};
   FilterReport report;
-  char bytes[4096] = "xx";
-  char* text = bytes;
-  do_filtering_bounded(rules, text, sizeof(bytes), report);
-  const std::size_t length = std::strlen(text);
-  std::strcpy(text, "xx");
+  char texts[2][4096] = {"xx", "xx"};
+  char* text = texts[0];
   do_filtering(rules, text);
-  return std::strlen(text) == length ? static_cast<int>(length) : 0;
+  do_filtering_bounded(rules, texts[1], sizeof(texts[1]), report);
+  return std::strcmp(text, texts[1]) == 0 ? static_cast<int>(std::strlen(text)) : 0;
 }
 
 int escape(Own&) {
@@ -104,15 +83,16 @@ int escape(Own&) {
 
 int query(Own& own) {
   CSqlite db(own.database.c_str());
-  char* text = nullptr;
+  char text[32] = "";
+  char* copy = nullptr;
   const bool done = db.openDatabase(nullptr) && db.ExecSQL("DELETE FROM t") &&
                     db.ExecSQL("INSERT INTO t (a) VALUES ('one and the same text')", table_t) > 0 &&
                     db.Parametrized_ExecSQL("UPDATE t SET b = ?", "b", nullptr) &&
                     db.QuerySQL("SELECT * FROM t WHERE b = 'b'") && db.QTotalRecords() == 1 &&
-                    db.QGetStringByName1("a", &text);
-  const std::string found = text != nullptr ? text : "";
-  std::free(text);
-  return done && found == "one and the same text" ? 1 : 0;
+                    db.QGetStringByName("a", text) && db.QGetStringByName1("a", &copy) &&
+                    std::strcmp(text, copy) == 0;
+  std::free(copy);
+  return done ? 1 : 0;
 }
 
 int upgrade(Own& own) {
@@ -167,21 +147,9 @@ int read_rule_tree(Own& own) {
   return count > 0 && filters[0].rule_list.size() == rules.size() ? count : 0;
 }
 
-int find_node(Own& own) {
-  char list[] = "n";
-  char found[2] = "";
-  devcfg_find_device_node(own.terminals.handle, list, id_a, found);
-  return found[0] == 'n' ? 1 : 0;
-}
-
 int get_node(Own& own) {
   TDeviceInfo info;
-  return get_device(own.device.handle, 1, &info) ? 1 : 0;
-}
-
-int preview(Own&) {
-  BuiltinChanges changes;
-  return devcfg_preview_builtin(changes) + 1;
+  return get_device(own.device.handle(), 1, &info) ? 1 : 0;
 }
 
 int look_for_rules(Own&) {
@@ -189,7 +157,25 @@ int look_for_rules(Own&) {
   return devcfg_get_filter_rule(id_a, device) + 1;
 }
 
+int find_node(Own& own) {
+  char list[] = "n";
+  char found[2] = "";
+  devcfg_find_device_node(own.terminals.handle(), list, id_a, found);
+  return found[0] == 'n' ? 1 : 0;
+}
+
+int preview(Own&) {
+  BuiltinChanges changes;
+  return devcfg_preview_builtin(changes) + 1;
+}
+
 }  // namespace
+
+// A row of one expression.
+#define CALL(name, expression, result, ...)                                                \
+  {                                                                                        \
+    name, []([[maybe_unused]] Own& own) -> int { return expression; }, result, __VA_ARGS__ \
+  }
 
 const std::vector<Call> kExportedCalls = {
     {"change_data_sources", change_data_sources},
@@ -202,65 +188,49 @@ const std::vector<Call> kExportedCalls = {
     {"upgrade", upgrade},
     {"pack", pack},
     {"use_helpers", use_helpers},
-    {"devcfg_check_builtin",
-     [](Own&) { return devcfg_check_builtin() + 1; },
-     1,
-     {{"xmlcfg_open", 0}, {"xmlcfg_set", 0}, {"xmlcfg_remove", 0}, {"xmlcfg_close", 0}}},
     {"devcfg_preview_builtin", preview, 1, {{"xmlcfg_open", 0}}},
-    {"devcfg_get_device_node",
-     [](Own&) { return devcfg_get_device_node(id_a); },
-     1,
-     {{"xmlcfg_open", -1}, {"xmlcfg_get_str", -1}}},
-    {"find_device_exist",
-     [](Own& own) { return find_device_exist(own.device.handle, id_a); },
-     1,
-     {{"xmlcfg_get_str", -1}}},
-    {"find_device_exist_access",
-     [](Own& own) { return find_device_exist_access(own.device.handle, id_a, top); },
-     1,
-     {{"xmlcfg_get_str", -1}}},
-    {"add_device_node",
-     [](Own& own) { return add_device_node(own.terminals.handle, 7, terminal) ? 1 : 0; }},
     {"get_device", get_node, 1, {{"xmlcfg_get_str/device/device_001/device_id", 0}}},
     {"devcfg_find_device_node", find_node, 1, {{"xmlcfg_get_str", 0}}},
-    {"remove_event_in_table",
-     [](Own& own) { return remove_event_in_table(own.events.handle, node_d) ? 1 : 0; },
-     1,
-     {{"aevt_remove_event", 0}}},
-    {"read_rules",
-     read_rules,
-     4,
-     {{"xmlcfg_open", -1},
-      {"xmlcfg_export", -1},
-      {"xmltree", 0},
-      {"xmltree_get_str/filter/d/f/name", 4},
-      {"xmltree_get_str/filter/d/f/r/name", 4},
-      {"xmltree_get_str/filter/d/f/r/result", 4}}},
-    {"read_rule_tree",
-     read_rule_tree,
-     1,
-     {{"xmltree_get_str/filter/d/f/rule_node_list", 0},
-      {"xmltree_get_str/filter/d/filter_node_list", 0}}},
     {"devcfg_get_filter_rule", look_for_rules, 1, {{"xmlcfg_open/kfilter.xml", 0}}},
+    CALL("devcfg_check_builtin", devcfg_check_builtin() + 1, 1,
+         {{"xmlcfg_open", 0}, {"xmlcfg_set", 0}, {"xmlcfg_remove", 0}, {"xmlcfg_close", 0}}),
+    CALL("devcfg_get_device_node", devcfg_get_device_node(id_a), 1,
+         {{"xmlcfg_open", -1}, {"xmlcfg_get_str", -1}}),
+    CALL("find_device_exist", find_device_exist(own.device.handle(), id_a), 1,
+         {{"xmlcfg_get_str", -1}}),
+    CALL("find_device_exist_access", find_device_exist_access(own.device.handle(), id_a, top), 1,
+         {{"xmlcfg_get_str", -1}}),
+    CALL("add_device_node", add_device_node(own.terminals.handle(), 7, terminal), 1, {}),
+    CALL("remove_event_in_table", remove_event_in_table(own.events.handle(), node_d), 1,
+         {{"aevt_remove_event", 0}}),
+    CALL("read_rules", read_rules(own), 4,
+         {{"xmlcfg_open", -1},
+          {"xmlcfg_export", -1},
+          {"xmltree", 0},
+          {"xmltree_get_str/filter/d/f/name", 4},
+          {"xmltree_get_str/filter/d/f/r/name", 4},
+          {"xmltree_get_str/filter/d/f/r/result", 4}}),
+    CALL("read_rule_tree", read_rule_tree(own), 1,
+         {{"xmltree_get_str/filter/d/f/rule_node_list", 0},
+          {"xmltree_get_str/filter/d/filter_node_list", 0}}),
 };
 
 Own::Own(const ConfigFiles& files, const std::string& own_name)
     : id(own_name),
-      database(files.file(own_name + ".db")),
-      name('"' + own_name + '"'),
+      database(files.file(id + ".db")),
+      name('"' + id + '"'),
       channels(R"([{"guid":"g","channel_index":4,"name":"n"}])"),
       filters(R"([{"type":1,"target":"old","result":"new","name":5}])"),
-      device(written(files.file(own_name), "device", kDeviceTree), kCfgChange),
-      terminals(written(files.file(own_name + "-terminals"), "terminal", "n/device_id=a"),
-                kCfgChange),
-      events(written(files.file(own_name + "-events"), "device_event_root", kEvents)) {
+      device(kCfgChange, write_tree(files.file(id), "device", kDeviceTree)),
+      terminals(kCfgChange, write_tree(files.file(id + "t"), "terminal", "n/device_id=a")),
+      events(kCfgChange, write_tree(files.file(id + "e"), "device_event_root", kEvents)) {
   EXPECT_EQ(add(id, "name"), 0);
   EXPECT_EQ(devcfg_modify_filter(id.data(), filters), 0);
   CSqlite db(database.c_str());
   EXPECT_TRUE(db.openDatabase(nullptr) &&
               db.ExecSQL("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, a TEXT, b TEXT);"
                          "CREATE TABLE u (id INTEGER)"));
-  rules = xmlcfg_export_xmltree(Tree(files.rule_file()).handle, "filter", nullptr);
+  rules = xmlcfg_export_xmltree(Tree(kCfgRead, files.rule_file()).handle(), "filter", nullptr);
 }
 
 void write_fixed_files(const ConfigFiles& files) {
