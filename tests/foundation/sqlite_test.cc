@@ -18,10 +18,6 @@ std::string busy_line(std::size_t count) {
   return "[CSqlite] ExecSQL Busy or Locked, count= " + std::to_string(count) + "\n";
 }
 
-test::SqlTable table_of(const CSqlite& object) {
-  return test::sql_table(object.result_table, object.row_count, object.column_count);
-}
-
 // What the getters of v answer and leave behind: an integer, a long, a text and its copy.
 std::string getters(CSqlite& object) {
   int integer = 77;
@@ -45,9 +41,14 @@ class Sqlite : public testing::Test {
     test::take_log();
   }
 
+  test::SqlTable table() const {
+    return test::sql_table(object_->result_table, object_->row_count, object_->column_count);
+  }
+
   test::TempFolder folder_;
   std::string path_ = folder_.file("one.db");
   std::unique_ptr<CSqlite> object_ = std::make_unique<CSqlite>(nullptr);
+  char t_[2] = "t";
 };
 
 }  // namespace
@@ -64,9 +65,8 @@ TEST_F(Sqlite, QueriesGiveWhatTheBareInterfaceGives) {
   for (const char* query : {"SELECT * FROM t", "SELECT id, v, v AS id FROM t",
                             "SELECT 1 AS a; SELECT 2", "SELECT * FROM t WHERE 0", " -- nothing"}) {
     ASSERT_TRUE(object_->QuerySQL(query)) << query;
-    EXPECT_EQ(table_of(*object_), bare.query(query)) << query;
+    EXPECT_EQ(table(), bare.query(query)) << query;
   }
-  EXPECT_EQ(test::take_log(), Log());
 }
 
 TEST_F(Sqlite, GettersReadTheCurrentRow) {
@@ -98,16 +98,14 @@ TEST_F(Sqlite, GettersReadTheCurrentRow) {
 
 TEST_F(Sqlite, OpensByEitherNameAndTellsFailures) {
   CSqlite nameless("");
-  EXPECT_FALSE(nameless.openDatabase(nullptr));
-  EXPECT_FALSE(nameless.openDatabase(folder_.path().c_str()));
+  EXPECT_FALSE(nameless.openDatabase(nullptr) || nameless.openDatabase(folder_.path().c_str()));
   EXPECT_EQ(nameless.db, nullptr);
   EXPECT_EQ(test::take_debug_log(),
             (Log{"[CSqlite] Database name is NULL\n",
                  "[CSqlite] Can't open database: unable to open database file\n"}));
   CSqlite named(path_.c_str());
-  EXPECT_TRUE(named.openDatabase(nullptr));
-  EXPECT_TRUE(named.QuerySQL("SELECT 1"));
-  EXPECT_TRUE(named.openDatabase(named.db_name));
+  EXPECT_TRUE(named.openDatabase(nullptr) && named.QuerySQL("SELECT 1") &&
+              named.openDatabase(named.db_name));
   EXPECT_EQ(named.result_table, nullptr);
   EXPECT_EQ(CSqlite(std::string(2000, 'x').c_str()).db_name, std::string(1023, 'x'));
 }
@@ -115,35 +113,31 @@ TEST_F(Sqlite, OpensByEitherNameAndTellsFailures) {
 TEST_F(Sqlite, ARefusedCloseLeavesItOpenAndAClosedObjectAnswersFalse) {
   sqlite3_stmt* own = nullptr;
   ASSERT_EQ(sqlite3_prepare_v2(object_->db, "SELECT 1", -1, &own, nullptr), SQLITE_OK);
-  EXPECT_FALSE(object_->closeDatabase());
-  EXPECT_FALSE(object_->openDatabase("other"));
+  EXPECT_FALSE(object_->closeDatabase() || object_->openDatabase("other"));
   EXPECT_EQ(object_->db_name, path_);
   EXPECT_TRUE(object_->ExecSQL("SELECT 1"));
   sqlite3_finalize(own);
-  EXPECT_TRUE(object_->closeDatabase());
-  EXPECT_TRUE(object_->closeDatabase());
+  EXPECT_TRUE(object_->closeDatabase() && object_->closeDatabase());
   test::take_log();
-  EXPECT_FALSE(object_->ExecSQL("SELECT 1"));
-  EXPECT_FALSE(object_->Parametrized_ExecSQL("SELECT 1", nullptr));
-  EXPECT_FALSE(object_->QuerySQL("SELECT 1"));
-  EXPECT_EQ(object_->ExecSQL("SELECT 1", path_.data()), -1);
-  EXPECT_EQ(object_->GetLastSequence(path_.data()), -1);
+  EXPECT_FALSE(object_->ExecSQL("SELECT 1") || object_->QuerySQL("SELECT 1") ||
+               object_->Parametrized_ExecSQL("SELECT 1", nullptr));
+  EXPECT_EQ(object_->ExecSQL("SELECT 1", t_), -1);
+  EXPECT_EQ(object_->GetLastSequence(t_), -1);
   EXPECT_EQ(test::take_debug_log().size(), 5U);
 }
 
 TEST_F(Sqlite, FailingTextsCloseAndParametersDoNot) {
-  EXPECT_FALSE(object_->ExecSQL("INSERT INTO t(v) VALUES(1); SELEC"));
-  EXPECT_EQ(object_->db, nullptr);
+  EXPECT_FALSE(object_->ExecSQL("INSERT INTO t(v) VALUES(1); SELEC") || object_->db != nullptr);
   EXPECT_TRUE(object_->openDatabase(nullptr));
-  EXPECT_FALSE(object_->QuerySQL("SELECT * FROM missing"));
+  EXPECT_FALSE(object_->QuerySQL("SELECT * FROM missing") || object_->db != nullptr);
   EXPECT_TRUE(object_->openDatabase(nullptr));
+  const char insert[] = "INSERT INTO t VALUES(?, ?)";
   EXPECT_FALSE(object_->Parametrized_ExecSQL("SELECT ?", "x", nullptr));
   EXPECT_FALSE(object_->Parametrized_ExecSQL("nonsense", nullptr));
-  EXPECT_FALSE(object_->Parametrized_ExecSQL("INSERT INTO t(id) VALUES(?)", "1", nullptr));
+  EXPECT_FALSE(object_->Parametrized_ExecSQL(insert, "1", nullptr));
   EXPECT_EQ(object_->last_rc, SQLITE_CONSTRAINT);
-  EXPECT_TRUE(
-      object_->Parametrized_ExecSQL("INSERT INTO t VALUES(?, ?)", "7", "it's", "more", nullptr));
-  EXPECT_TRUE(object_->Parametrized_ExecSQL("INSERT INTO t VALUES(?, ?)", nullptr));
+  EXPECT_TRUE(object_->Parametrized_ExecSQL(insert, "7", "it's", "more", nullptr));
+  EXPECT_TRUE(object_->Parametrized_ExecSQL(insert, nullptr));
   EXPECT_EQ(test::BareSqlite(path_).query("SELECT * FROM t")->cells,
             (test::SqlTable{3, 2, {"id", "v", "1", "1", "7", "it's", "8", std::nullopt}}.cells));
   EXPECT_EQ(test::take_debug_log(),
@@ -154,12 +148,13 @@ TEST_F(Sqlite, FailingTextsCloseAndParametersDoNot) {
                  "[CSqlite] sqlite3_step error: UNIQUE constraint failed: t.id\n"}));
 }
 
-// Each text with the sequence's query behind it, against sqlite3_get_table on a copy of the file.
+// With the sequence's query behind each text, on a copy of the file.
 TEST_F(Sqlite, SequencesGiveWhatTheBareInterfaceGives) {
   const std::string kLong(300, 'n');
   const std::string rest = "(id INTEGER PRIMARY KEY AUTOINCREMENT);";
-  const std::string tables = "CREATE TABLE [it's]" + rest + "CREATE TABLE " + kLong + rest;
-  ASSERT_TRUE(object_->ExecSQL((tables + "INSERT INTO t(v) VALUES('first')").c_str()));
+  ASSERT_TRUE(object_->ExecSQL(("CREATE TABLE [it's]" + rest + "CREATE TABLE " + kLong + rest +
+                                "INSERT INTO t(v) VALUES('first')")
+                                   .c_str()));
   const std::tuple<std::string, std::string, int> kRows[] = {
       {"INSERT INTO t(v) VALUES('a'); INSERT INTO t(v) VALUES('b');;", "t", 3},
       {"INSERT INTO t(v) VALUES('a') RETURNING v, id AS \"a\"\"b\"", "t", -1},
@@ -172,18 +167,17 @@ TEST_F(Sqlite, SequencesGiveWhatTheBareInterfaceGives) {
       {"INSERT INTO " + kLong + " VALUES(41)", kLong, 41},
       {"", "missing", -1},
   };
-  const std::string fresh = test::read_file(path_);
-  for (auto [sql, table, sequence] : kRows) {
-    const std::string twin = folder_.file("twin.db");
+  const std::string fresh = test::read_file(path_), twin = folder_.file("twin.db");
+  for (auto [sql, name, sequence] : kRows) {
     test::write_file(path_, fresh);
     test::write_file(twin, fresh);
     ASSERT_TRUE(object_->openDatabase(path_.c_str()));
     const test::BareSqlite bare(twin);
-    EXPECT_EQ(object_->ExecSQL(sql.c_str(), table.data()), sequence) << sql;
+    EXPECT_EQ(object_->ExecSQL(sql.c_str(), name.data()), sequence) << sql;
     const auto expected =
-        bare.query(sql + "; SELECT seq FROM sqlite_sequence WHERE name='" + table + "'");
+        bare.query(sql + "; SELECT seq FROM sqlite_sequence WHERE name='" + name + "'");
     EXPECT_EQ(object_->db != nullptr, expected.has_value()) << sql;
-    EXPECT_TRUE(!expected || table_of(*object_) == *expected) << sql;
+    EXPECT_TRUE(!expected || table() == *expected) << sql;
     EXPECT_EQ(test::BareSqlite(path_).query("SELECT * FROM t"), bare.query("SELECT * FROM t"));
   }
   char attack[] = "x'; DROP TABLE t; SELECT '1";
@@ -203,13 +197,9 @@ TEST_F(Sqlite, ALockOf50MillisecondsIsWaitedOutAndAStatementThatRanIsNotRunAgain
   on_pause = [&](unsigned pause_us) {
     expected.push_back(busy_line(expected.size()));
     EXPECT_EQ(pause_us, 10U);
-    if (std::chrono::steady_clock::now() >= end) {
-      holder.exec("COMMIT");
-    }
+    holder.exec(std::chrono::steady_clock::now() >= end ? "COMMIT" : "");
   };
-  char table[] = "t";
-  EXPECT_EQ(object_->ExecSQL("INSERT INTO t(v) VALUES('a'); INSERT INTO two.u VALUES(1)", table),
-            1);
+  EXPECT_EQ(object_->ExecSQL("INSERT INTO t(v) VALUES('a'); INSERT INTO two.u VALUES(1)", t_), 1);
   EXPECT_GT(expected.size(), 1U);
   EXPECT_EQ(test::take_debug_log(), expected);
   EXPECT_EQ(holder.query("SELECT * FROM u")->rows, 1);
@@ -218,17 +208,15 @@ TEST_F(Sqlite, ALockOf50MillisecondsIsWaitedOutAndAStatementThatRanIsNotRunAgain
 
 TEST_F(Sqlite, ExhaustedRetriesCountAsSuccess) {
   const test::BareSqlite holder(path_);
-  ASSERT_EQ(holder.exec("BEGIN EXCLUSIVE"), SQLITE_OK);
-  char table[] = "t";
+  ASSERT_EQ(holder.exec("BEGIN EXCLUSIVE"), 0);
   const std::function<bool()> kOperations[] = {
       [&] { return object_->ExecSQL("DELETE FROM t") && object_->last_rc == SQLITE_BUSY; },
       [&] { return object_->Parametrized_ExecSQL("DELETE FROM t", nullptr); },
       [&] { return object_->QuerySQL("SELECT * FROM t") && object_->QTotalRecords() == 0; },
-      [&] { return object_->ExecSQL("DELETE FROM t", table) == -1; },
+      [&] { return object_->ExecSQL("DELETE FROM t", t_) == -1; },
   };
   for (const auto& operation : kOperations) {
-    EXPECT_TRUE(operation());
-    EXPECT_NE(object_->db, nullptr);
+    EXPECT_TRUE(operation() && object_->db != nullptr);
     const Log log = test::take_debug_log();
     ASSERT_EQ(log.size(), 100'000U);
     EXPECT_EQ(log.back(), busy_line(99'999));
