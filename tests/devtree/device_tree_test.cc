@@ -28,19 +28,16 @@ TEST(FindDevice, Table) {
   EXPECT_EQ(devcfg_get_device_node(other.data()), -1);
   EXPECT_EQ(test::take_product_log().back(), "[libdevcfg] open devcfg_get_device_node fail");
   for (auto [values, id, number] : kRows) {
-    test::write_tree(files.device_tree(), "device", values);
-    test::write_tree(files.file("other"), other, values);
-    EXPECT_EQ(find_device_exist(Tree(kCfgRead, files.device_tree()).handle(), id.data()), number)
-        << values;
+    const Tree tree(kCfgRead, test::write_tree(files.device_tree(), "device", values));
+    EXPECT_EQ(find_device_exist(tree.handle(), id.data()), number) << values;
     EXPECT_EQ(devcfg_get_device_node(id.data()), number);
-    const Tree gateways(kCfgRead, files.file("other"));
+    const Tree gateways(kCfgRead, test::write_tree(files.file("other"), other, values));
     EXPECT_EQ(find_device_exist_access(gateways.handle(), id.data(), other.data()), number);
   }
 }
 
 TEST(AddDeviceNode, AppendsWhatFits) {
-  const std::string room_for_one(4095 - 11, 'x');
-  const std::string no_room(4095 - 10, 'x');
+  const std::string room_for_one(4095 - 11, 'x'), no_room(4095 - 10, 'x');
   const std::tuple<std::string, int, std::string> kRows[] = {
       {"-", 5, "device_005"},
       {"NULL", 5, "device_005"},
@@ -52,9 +49,8 @@ TEST(AddDeviceNode, AppendsWhatFits) {
   const test::ConfigFiles files;
   std::string top = "gateway";
   for (const auto& [before, number, after] : kRows) {
-    const std::string name = before == "-" ? "other=" : "device_node_list=";
-    test::write_tree(files.device_tree(), top, name + before);
-    const Tree tree(kCfgChange, files.device_tree());
+    const std::string values = (before == "-" ? "other=" : "device_node_list=") + before;
+    const Tree tree(kCfgChange, test::write_tree(files.device_tree(), top, values));
     test::take_log();
     EXPECT_TRUE(add_device_node(tree.handle(), number, top.data()));
     EXPECT_EQ(tree.value({top, "device_node_list"}), after);
@@ -71,45 +67,45 @@ TEST(GetDevice, EveryValueRoundTrips) {
       "1163 5 src_property_list/conn/com/com 1168 32 src_property_list/conn/com/baudrate "
       "1200 128 src_property_list/id 1328 128 src_property_list/pwd "
       "1456 128 src_property_list/binding/recording_cam";
-  const std::string long_text(4000, 'x');
-  const test::ConfigFiles files;
-  for (const std::string text : {"", " ", "\r\n", "<&>\"'", long_text.c_str()}) {
+  const test::TempFolder folder;
+  for (const std::string& text :
+       {std::string(), {" "}, {"\r\n"}, {"<&>\"'"}, std::string(4000, 'x')}) {
     std::istringstream fields(kFields);
     std::string expected(sizeof(TDeviceInfo), '\0');
     expected[0] = 7;
-    std::string values = "other=";
-    std::string path;
+    std::string values = "other=", path;
     for (std::size_t offset = 0, size = 0; fields >> offset >> size >> path;) {
       const std::string value = text + path.substr(path.rfind('/') + 1) + text;
       value.copy(&expected[offset], size - 1);
       values.append(";").append(path).append("=").append(value);
     }
-    test::write_tree(files.device_tree(), "device/device_007", values);
+    const Tree tree(kCfgRead, test::write_tree(folder.file("a"), "device/device_007", values));
     TDeviceInfo info;
     std::memset(&info, 0x5A, sizeof(info));
-    ASSERT_TRUE(get_device(Tree(kCfgRead, files.device_tree()).handle(), 7, &info)) << text;
+    ASSERT_TRUE(get_device(tree.handle(), 7, &info)) << text;
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info), sizeof(info)), expected);
   }
 }
 
 TEST(GetDevice, EnabledOnlyByTheWordTrueAndADeviceOnlyByItsIdentifier) {
-  const test::ConfigFiles files;
+  const test::TempFolder folder;
   for (const std::string text : {"true", "TRUE", "yes", "1", "true ", "trueish", "false", ""}) {
-    test::write_tree(files.device_tree(), "device/device_003", "type=till;enable=" + text);
+    const std::string values = "type=till;enable=" + text;
+    const Tree tree(kCfgRead, test::write_tree(folder.file("a"), "device/device_003", values));
     TDeviceInfo info;
-    EXPECT_FALSE(get_device(Tree(kCfgRead, files.device_tree()).handle(), 3, &info));
+    EXPECT_FALSE(get_device(tree.handle(), 3, &info));
     EXPECT_STREQ(info.type, "till");
     EXPECT_EQ(info.enable, text == "true") << text;
   }
 }
 
 TEST(FindTerminalNode, Table) {
-  const test::ConfigFiles files;
-  test::write_tree(files.file("terminals.xml"), "terminal", "t_1/device_id=X;t_2/device_id=X");
-  const Tree tree(kCfgRead, files.file("terminals.xml"));
-  std::string many(2 * 127, 'a');
-  for (std::size_t i = 1; i < many.size(); i += 2) {
-    many[i] = ',';
+  const test::TempFolder folder;
+  const Tree tree(kCfgRead, test::write_tree(folder.file("terminals.xml"), "terminal",
+                                             "t_1/device_id=X;t_2/device_id=X"));
+  std::string many;
+  for (int i = 0; i < 127; ++i) {
+    many += "a,";
   }
   const std::tuple<std::string, std::string, std::size_t> kRows[] = {
       {"a,t_1,t_2", "t_1", 0}, {",,t_2,,t_1,", "t_2", 0}, {"a,b", "------", 0},
@@ -125,8 +121,7 @@ TEST(FindTerminalNode, Table) {
   }
 }
 
-static std::string asked;
-static std::string refused;
+static std::string asked, refused;
 
 int aevt_remove_event(std::string event_id) {
   asked += event_id + ";";
@@ -156,14 +151,13 @@ TEST(RemoveEvents, Table) {
        {failure + "NULL", failure + "NULL"}},
   };
   const test::TempFolder folder;
-  const std::string file = folder.file("events.xml");
+  char device[] = "device_001";
   for (const auto& [values, refused_id, asked_for, log] : kRows) {
-    test::write_tree(file, "device_event_root/device_001", values);
+    const Tree tree(kCfgRead, test::write_tree(folder.file("events.xml"),
+                                               "device_event_root/device_001", values));
     asked.clear();
     refused = refused_id;
-    test::take_log();
-    char device[] = "device_001";
-    EXPECT_EQ(remove_event_in_table(test::Tree(kCfgRead, file).handle(), device), refused.empty());
+    EXPECT_EQ(remove_event_in_table(tree.handle(), device), refused.empty());
     EXPECT_EQ(asked, asked_for);
     EXPECT_EQ(test::take_product_log(), log);
   }

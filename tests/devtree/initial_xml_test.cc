@@ -9,9 +9,9 @@
 TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   const std::string folder = ORVANEIP_ROOT "/third_party/zelip/config";
   const std::string file = folder + "/zelip.xml";
-  const std::vector<std::string> failed = {
-      "[libdevcfg] check_file_exist, File " + file + " not exist",
-      "[libdevcfg] initial_xml, File open error: " + file};
+  const std::string tag = "[libdevcfg] ";
+  const std::vector<std::string> failed = {tag + "check_file_exist, File " + file + " not exist",
+                                           tag + "initial_xml, File open error: " + file};
   std::filesystem::remove_all(ORVANEIP_ROOT);
   EXPECT_FALSE(initial_xml()) << "no folder";
   EXPECT_EQ(test::take_product_log(), failed);
@@ -19,8 +19,7 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   rlimit old{};
   getrlimit(RLIMIT_FSIZE, &old);
   signal(SIGXFSZ, SIG_IGN);
-  const rlimit five_bytes{5, old.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &five_bytes);
+  setrlimit(RLIMIT_FSIZE, std::data({rlimit{5, old.rlim_max}}));
   EXPECT_FALSE(initial_xml()) << "a full disk";
   setrlimit(RLIMIT_FSIZE, &old);
   EXPECT_EQ(test::read_file(file), "") << "half a declaration";

@@ -1,9 +1,7 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 
-#include "tests/support/captured_log.h"
 #include "tests/support/config_files.h"
 #include "tests/support/vault_calls.h"
 
@@ -47,7 +45,7 @@ TEST(Passwords, StayInFilesOfTheirOwnerAndOutOfTheLog) {
   for (const std::string& file : {files.builtin_list(), files.device_tree()}) {
     ASSERT_TRUE(initial_xml());
     fs::rename(kFresh, file);
-    test::write_tree(file, "device", std::string("no=1;builtin_0/plugin=") + password);
+    test::write_tree(file, "device", "no=1;builtin_0/plugin=pa55-Word");
   }
   use(password, files);
   EXPECT_NE(test::read_file(files.device_tree()).find(password), std::string::npos);
@@ -57,7 +55,7 @@ TEST(Passwords, StayInFilesOfTheirOwnerAndOutOfTheLog) {
     for (const char* beside : {"", is_tree ? ".lock" : "-wal", is_tree ? "" : "-shm"}) {
       EXPECT_EQ(fs::status(file + beside).permissions(), fs::perms(0600)) << file << beside;
     }
-    test::write_file(file, std::string("<device><pwd>") + password + "</pwd><" + password);
+    test::write_file(file, "<device><pwd>pa55-Word</pwd><pa55-Word");
   }
   use(password, files);  // which cannot be opened now
   const auto log = test::take_log();
