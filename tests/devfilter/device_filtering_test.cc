@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <regex>
 
@@ -18,24 +19,23 @@ std::string apply(std::string text, int size, const std::vector<dev_filter>& dev
   std::string output = "########guard";
   char id[] = "tILL";
   const int result = devcfg_do_filtering(text.data(), -9, output.data(), size, id, devices);
-  EXPECT_EQ(output.substr(8), "guard");
+  EXPECT_TRUE(output.ends_with("guard"));
   std::replace(output.begin(), output.end(), '\0', '0');
   return std::to_string(result) + ":" + output.substr(0, 8);
 }
 
-// The records in short: "DEVICE(FILTER:ENABLE[RULE:TYPE:ENABLE ...] ...)".
+// The records in short: "DEVICE(FILTER:ENABLE RULE:TYPE:ENABLE ...)...".
 std::string shown(const std::vector<dev_filter>& devices) {
   std::ostringstream text;
   for (const dev_filter& device : devices) {
-    text << device.device_id << "(";
+    text << device.device_id;
     for (const filter& entry : device.filter_list) {
-      text << entry.name << ":" << entry.enable << "[";
+      text << "(" << entry.name << ":" << entry.enable;
       for (const rule& line : entry.rule_list) {
-        text << line.name << ":" << line.type << ":" << line.enable << " ";
+        text << " " << line.name << ":" << line.type << ":" << line.enable;
       }
-      text << "]";
+      text << ")";
     }
-    text << ")";
   }
   return text.str();
 }
@@ -55,7 +55,7 @@ TEST(DoFiltering, WhichRuleDecides) {
   const filter all = {"F", 1, {kReplaceA, kRecogniseB, kBreakC}};
   const std::string longest(4095, 't');
   rule of_longest = {"R", 0, 1, "", "100%s%n"};
-  longest.copy(of_longest.target, longest.size());
+  longest.copy(of_longest.target, 4095);
   const std::tuple<std::string, std::vector<filter>, std::string> kRows[] = {
       {"A", {all}, "1:xyz00000"},
       {"B", {all}, "2:00000000"},
@@ -81,13 +81,12 @@ TEST(DoFiltering, WhichRuleDecides) {
 
 TEST(DoFiltering, OutputSizes) {
   const std::vector<dev_filter> devices = {{"till", {{"F", 1, {kBreakC, kReplaceA}}}}};
-  const char* const kReplaced[] = {"0:########", "0:########", "1:0#######",
-                                   "1:00######", "1:x00#####", "1:xy00####"};
-  const char* const kBroken[] = {"0:########", "0:########",  "3:########",
-                                 "3:0#######", "3:\r0######", "3:\r\n0#####"};
+  const std::array<const char*, 2> kRows[] = {
+      {"0:########", "0:########"}, {"0:########", "0:########"},  {"1:0#######", "3:########"},
+      {"1:00######", "3:0#######"}, {"1:x00#####", "3:\r0######"}, {"1:xy00####", "3:\r\n0#####"}};
   for (int size = -1; size <= 4; ++size) {
-    EXPECT_EQ(apply("A", size, devices), kReplaced[size + 1]) << size;
-    EXPECT_EQ(apply("C", size, devices), kBroken[size + 1]) << size;
+    EXPECT_EQ(apply("A", size, devices), kRows[size + 1][0]) << size;
+    EXPECT_EQ(apply("C", size, devices), kRows[size + 1][1]) << size;
   }
 }
 
@@ -119,11 +118,11 @@ TEST(RuleFile, Table) {
       {"device_node_list=,e,,d,d,;d/device_id=D;d/filter_node_list=f;e/filter_node_list=g,f;"
        "e/f/name=F;e/f/enable=-3;e/f/rule_node_list=r,,s,r,;e/f/r/name=R;e/f/r/type=2;"
        "e/f/r/enable=1;e/f/s/enable=9",
-       "(:0[]F:-3[R:2:1 :-1:9 R:2:1 ])D(:0[])D(:0[])",
+       "(:0)(F:-3 R:2:1 :-1:9 R:2:1)D(:0)D(:0)",
        "DevNode=[e] Has 2 filters; DevNode=[d] Has 1 filters; DevNode=[d] Has 1 filters"},
       // Cut before the last f.
       {"device_node_list=d;d/filter_node_list=f," + std::string(506, 'g') + ",f,f;d/f/name=F",
-       "(F:0[]:0[]F:0[])", "DevNode=[d] Has 3 filters"}};
+       "(F:0)(:0)(F:0)", "DevNode=[d] Has 3 filters"}};
   const test::ConfigFiles files;
   for (const auto& [values, records, log] : kRows) {
     test::write_tree(files.rule_file(), "filter", values);
@@ -133,8 +132,7 @@ TEST(RuleFile, Table) {
     EXPECT_EQ(shown(devices), records);
     EXPECT_EQ(log_line(), log);
     devcfg_free_filter_rules_list(devices);
-    EXPECT_TRUE(devices.empty());
-    EXPECT_EQ(log_line(), "devcfg_free_filter_rules_list() free list");
+    EXPECT_TRUE(devices.empty() && log_line() == "devcfg_free_filter_rules_list() free list");
   }
 }
 
@@ -142,10 +140,11 @@ TEST(RuleFile, TextsRoundTripAndAreCutToTheirFields) {
   const test::ConfigFiles files;
   const std::string too_long(5000, 'y');
   for (const std::string text : {" ", "\r\n", "<&>\"'", too_long.c_str()}) {
-    test::write_tree(files.rule_file(), "filter",
-                     "device_node_list=d;d/filter_node_list=f;d/f/rule_node_list=r;d/device_id=" +
-                         text + ";d/f/name=" + text + ";d/f/r/name=" + text +
-                         ";d/f/r/target=" + text + ";d/f/r/result=" + text);
+    std::string values = "device_node_list=d;d/filter_node_list=f;d/f/rule_node_list=r";
+    for (const char* path : {"device_id", "f/name", "f/r/name", "f/r/target", "f/r/result"}) {
+      values.append(";d/").append(path).append("=").append(text);
+    }
+    test::write_tree(files.rule_file(), "filter", values);
     std::vector<dev_filter> devices;
     ASSERT_EQ(devcfg_get_filter_rules_list(devices), 0);
     const filter& read = devices.at(0).filter_list.at(0);
@@ -160,17 +159,16 @@ TEST(RuleFile, TextsRoundTripAndAreCutToTheirFields) {
 }
 
 TEST(RuleFile, TheStepsAppend) {
-  const test::ConfigFiles files;
-  test::write_tree(files.rule_file(), "filter",
-                   "d/filter_node_list=a, b;d/a/rule_node_list=r,s;d/b/name=not this one");
-  const test::Tree opened(kCfgRead, files.rule_file());
+  const test::TempFolder folder;
+  const std::string values = "d/filter_node_list=a, b;d/a/rule_node_list=r,s;d/b/name=not this one";
+  const test::Tree opened(kCfgRead, test::write_tree(folder.file("a"), "filter", values));
   void** tree = xmlcfg_export_xmltree(opened.handle(), "filter", nullptr);
-  std::string names[] = {"d", "a"};
+  char device[] = "d", node[] = "a";
   std::vector<filter> filters(1);
   std::vector<rule> rules(1);
-  EXPECT_EQ(get_filter_rule(tree, names[0].data(), filters), 2);
+  EXPECT_EQ(get_filter_rule(tree, device, filters), 2);
   EXPECT_STREQ(filters.at(2).name, "") << "the blank belongs to the node's name";
-  EXPECT_EQ(get_rule_list(tree, names[0].data(), names[1].data(), rules), 0);
+  EXPECT_EQ(get_rule_list(tree, device, node, rules), 0);
   EXPECT_EQ(rules.size(), 3U);
   xmltree_destroy(tree);
 }
@@ -186,10 +184,8 @@ TEST(RuleFile, Failures) {
   EXPECT_EQ(log_line(), "open /etc/config/kfilter.xml fail; open /etc/config/kfilter.xml fail");
   test::write_tree(files.rule_file(), "device_004", "filter_node_list=f");
   devices.resize(2);
-  EXPECT_EQ(devcfg_get_filter_rules_list(devices), -1);
-  EXPECT_TRUE(devices.empty());
+  EXPECT_TRUE(devcfg_get_filter_rules_list(devices) == -1 && devices.empty());
   EXPECT_EQ(log_line(), "export tree of /etc/config/kfilter.xml fail");
-
   EXPECT_EQ(devcfg_get_filter_rule(id, device), 0) << "an unknown device";
   EXPECT_STREQ(device.device_id, "as it was");
 }
