@@ -65,9 +65,9 @@ TEST(ColumnLists, CompareByNameAloneOrRefuseWhatWouldNotFit) {
       {{}, {{"a", std::string(128, 't')}}, {}, kInvalid},
   };
   int count = 77;
-  const auto compare = [&count](const test::Columns& current, const test::Columns& wanted) {
-    return test::texts_of(
-        *test::Columns(devcfg_compare_table_schema(current.get(), wanted.get(), &count)));
+  const auto compare = [&](const test::Columns& current, const test::Columns& wanted) {
+    const test::Columns found(devcfg_compare_table_schema(current.get(), wanted.get(), &count));
+    return test::texts_of(*found);
   };
   test::take_log();
   for (const auto& [current, wanted, found, error] : kRows) {
@@ -77,9 +77,8 @@ TEST(ColumnLists, CompareByNameAloneOrRefuseWhatWouldNotFit) {
               Lines(!error.empty(), "[devcfg_compare_table_schema] " + error));
   }
   const test::Columns columns = make_columns({{"a", "INT"}});
-  EXPECT_EQ(compare(columns, nullptr), Texts());
+  EXPECT_TRUE(compare(columns, nullptr).empty() && compare(nullptr, columns).empty());
   EXPECT_EQ(count, -1);
-  EXPECT_EQ(compare(nullptr, columns), Texts());
 }
 
 TEST_F(UpdateTable, PlainWordsStandInTheStatementAsTheyAre) {
