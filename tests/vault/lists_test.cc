@@ -30,14 +30,13 @@ TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
   std::vector<metadata_vault::Filter> found;
   EXPECT_EQ(test::OpenVault()->query_filter(none, found), 0);
   EXPECT_EQ(found.size(), 2U);
-}
-
-TEST(ModifyFilter, NeedsAnIdentifierAndTokensAreNone) {
   test::take_log();
   EXPECT_EQ(devcfg_modify_filter(nullptr, test::Json("[]")), kDevcfgVaultIdMissing);
-  EXPECT_EQ(
-      test::take_log(),
-      std::vector<std::string>{"[devcfg](devcfg_modify_filter:N) Vault ID=(null) doesn't exist"});
+  const std::string line = "[devcfg](devcfg_modify_filter:N) Vault ID=(null) doesn't exist";
+  EXPECT_EQ(test::take_log(), std::vector{line});
+}
+
+TEST(FilterTokens, AreNone) {
   bool has_token = true;
   EXPECT_EQ(devcfg_check_filter_token(nullptr, nullptr), 0);
   EXPECT_EQ(devcfg_check_filter_token(nullptr, &has_token), 0);
@@ -58,25 +57,25 @@ TEST(Cameras, ChangesReachEveryDataSource) {
     return text;
   };
   for (const char* id : {"a", "b"}) {
-    test::add(id, id);
-    test::OpenVault()->insert_channel({"", id, 8, "cam", "old"});
-    test::OpenVault()->insert_channel({"", id, 2, "CAM", "other"});
+    test::add(id, id,
+              R"([{"guid":"cam","channel_index":8,"name":"old"},)"
+              R"({"guid":"CAM","channel_index":2,"name":"other"}])");
   }
   test::OpenVault()->insert_channel({"", "a", 9, "", "none"});
   char cam[] = "cam";
   char name[] = "%s";
   char empty[] = "";
-  EXPECT_EQ(notify_camera_modified(nullptr, name, 0), -1);
-  EXPECT_EQ(notify_camera_modified(empty, name, 0), -1);
-  EXPECT_EQ(notify_camera_modified(cam, nullptr, 0), -1);
+  for (const auto& [guid, to] : {std::pair(static_cast<char*>(nullptr), name),
+                                 {empty, name},
+                                 {cam, static_cast<char*>(nullptr)}}) {
+    EXPECT_EQ(notify_camera_modified(guid, to, 0), -1);
+  }
   EXPECT_EQ(notify_camera_modified(name, name, 0), 0);
   EXPECT_EQ(notify_camera_removed(nullptr) + notify_camera_removed(name), 0);
   EXPECT_EQ(channels(), "2CAMother 8camold 9none 2CAMother 8camold ");
   EXPECT_EQ(notify_camera_modified(cam, name, 0), 0);
   EXPECT_EQ(channels(), "2CAMother 8cam%s 9none 2CAMother 8cam%s ");
-  EXPECT_EQ(notify_camera_removed(cam), 0);
-  EXPECT_EQ(channels(), "2CAMother 9none 2CAMother ");
-  EXPECT_EQ(notify_camera_removed(empty), 0);
+  EXPECT_EQ(notify_camera_removed(cam) + notify_camera_removed(empty), 0);
   EXPECT_EQ(channels(), "2CAMother 2CAMother ");
 }
 
@@ -134,12 +133,9 @@ TEST(ListDevices, TellsTheLastReceiveTime) {
     EXPECT_NE(test::show("x").find("\"status\":{" + one + "\"},"), std::string::npos);
     EXPECT_NE(test::show().find("\"status\":{" + all + "\"},"), std::string::npos);
   }
-}
-
-TEST(ListDevices, RefusesAMissingIdentifier) {
   int code = 0;
-  char empty[] = "";
   EXPECT_EQ(devcfg_get_device(nullptr, &code), nullptr);
   EXPECT_EQ(code, kDevcfgDeviceIdMissing);
+  char empty[] = "";
   EXPECT_EQ(devcfg_get_device(empty, nullptr), nullptr);
 }
