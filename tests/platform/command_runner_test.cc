@@ -5,60 +5,52 @@
 
 #include "tests/support/library.h"
 
+static volatile sig_atomic_t alarms = 0;
+
 namespace {
 
-struct Script : test::TempFolder {
-  explicit Script(const std::string& text, mode_t mode = 0700) {
-    test::write_file(path, text);
-    chmod(path.c_str(), mode);
+class CommandRunner : public testing::Test {
+ protected:
+  int run(const std::string& text, mode_t mode = 0700) const {
+    test::write_file(path_, text);
+    chmod(path_.c_str(), mode);
+    return vorn_exec(0, 0, 0, path_.c_str(), "a b; $(id)", "", "-n *\n\"'\\\xFF", nullptr);
   }
-  int run() const { return vorn_exec(0, 0, 0, path.c_str(), nullptr); }
 
-  const std::string path = file("a script");
+  const test::TempFolder folder_;
+  const std::string path_ = folder_.file("a script");
 };
-
-volatile sig_atomic_t alarms = 0;
 
 }  // namespace
 
-TEST(CommandRunner, GivesTheStatusWord) {
-  EXPECT_EQ(Script("#!/bin/sh\nexit 255\n").run(), 255 << 8);
-  EXPECT_EQ(Script("#!/bin/sh\nkill -KILL $$\n").run(), SIGKILL);
-  EXPECT_EQ(Script("#!/no/such/interpreter\n").run(), -1);
-  EXPECT_EQ(Script("exit 0\n").run(), -1);  // no shell runs it
-  EXPECT_EQ(Script("#!/bin/sh\n", 0600).run(), -1);
+TEST_F(CommandRunner, HandsEachArgumentOverUnchangedAndGivesTheStatusWord) {
+  EXPECT_EQ(run("#!/bin/sh\nprintf '%s,' \"$0\" \"$@\" > \"$0.seen\"\nexit 255\n"), 255 << 8);
+  EXPECT_EQ(test::read_file(path_ + ".seen"), path_ + ",a b; $(id),,-n *\n\"'\\\xFF,");
+  EXPECT_EQ(run("#!/bin/sh\nkill -KILL $$\n"), SIGKILL);
+  EXPECT_EQ(run("#!/no/such/interpreter\n"), -1);
+  EXPECT_EQ(run("exit 0\n"), -1);  // no shell runs it
+  EXPECT_EQ(run("#!/bin/sh\n", 0600), -1);
   EXPECT_EQ(vorn_exec(0, 0, 0, nullptr, nullptr), -1);
 }
 
-TEST(CommandRunner, HandsEachArgumentOverUnchanged) {
-  const Script script("#!/bin/sh\nprintf '%s,' \"$0\" \"$@\" > \"$0.seen\"\n");
-  const char* const path = script.path.c_str();
-  EXPECT_EQ(vorn_exec(0, 0, 0, path, "a b; $(id)", "", "-n *\n\"'\\\xFF", nullptr), 0);
-  EXPECT_EQ(test::read_file(script.path + ".seen"), script.path + ",a b; $(id),,-n *\n\"'\\\xFF,");
-}
-
-TEST(CommandRunner, GivesTheProgramNothingOfThisProcessButItsStandardStreams) {
+TEST_F(CommandRunner, GivesTheProgramNothingOfThisProcessButItsStandardStreams) {
   ASSERT_EQ(dup2(STDIN_FILENO, 77), 77);  // not closed by an exec on its own
   signal(SIGPIPE, SIG_IGN);
   sigset_t blocked;
   sigemptyset(&blocked);
   sigaddset(&blocked, SIGTERM);
   sigprocmask(SIG_BLOCK, &blocked, nullptr);
-  const Script script(
-      "#!/bin/sh\n"
-      "[ -e /proc/$$/fd/2 ] || exit 1\n"
-      "[ ! -e /proc/$$/fd/77 ] || exit 2\n"
-      "grep -q '^SigBlk:.0*$' /proc/self/status || exit 3\n"
-      "kill -PIPE $$\n");
-  EXPECT_EQ(script.run(), SIGPIPE);
+  EXPECT_EQ(run("#!/bin/sh\n[ -e /proc/$$/fd/2 ] || exit 1\n[ ! -e /proc/$$/fd/77 ] || exit 2\n"
+                "grep -q '^SigBlk:.0*$' /proc/self/status || exit 3\nkill -PIPE $$\n"),
+            SIGPIPE);
 }
 
-TEST(CommandRunner, GoesOnWaitingAfterASignal) {
+TEST_F(CommandRunner, GoesOnWaitingAfterASignal) {
   struct sigaction action {};
   action.sa_handler = [](int) { alarms = alarms + 1; };  // without SA_RESTART
   sigaction(SIGALRM, &action, nullptr);
   const itimerval often = {{0, 20'000}, {0, 20'000}};
   setitimer(ITIMER_REAL, &often, nullptr);
-  EXPECT_EQ(Script("#!/bin/sh\nsleep 0.3\nexit 4\n").run(), 4 << 8);
+  EXPECT_EQ(run("#!/bin/sh\nsleep 0.3\nexit 4\n"), 4 << 8);
   EXPECT_GE(alarms, 2);
 }

@@ -62,40 +62,32 @@ TEST(HostInformation, ListsUsefulAddressesIpv4First) {
 }
 
 // The sources of the host information are built into this program, with a root of its own.
-TEST(HostInformation, ReadsPortsFromTheSettingsFile) {
-  const std::string folder = ORVANEIP_ROOT "/etc/orvane/";
-  std::filesystem::remove_all(ORVANEIP_ROOT);
-  const auto ports = [] {
+TEST(HostInformation, ReadsPortsFromTheSettingsFileWithTheDefaultForEveryLineThatIsNone) {
+  const std::string file = ORVANEIP_ROOT "/etc/orvane/host.conf";
+  const std::vector<int> kDefault = {80, 443, 8080};
+  const auto ports = [&file](const std::string& settings) {
+    settings.empty() ? void() : test::write_file(file, settings);
     t_system_share_addr share;
     t_network_app_info app;
     PAL_system_get_share_addr({}, {}, share);
     PAL_network_get_app_info({}, {}, app);
     return std::vector{share.share_value_1, share.share_value_2, app.app_value};
   };
+  std::filesystem::remove_all(ORVANEIP_ROOT);
   test::take_log();
-  EXPECT_EQ(ports(), (std::vector{80, 443, 8080}));
+  EXPECT_EQ(ports(""), kDefault);
+  std::filesystem::create_directories(ORVANEIP_ROOT "/etc/orvane");
+  EXPECT_EQ(ports("http_port = 8000\nhttps_port = 8443\napp_port = 9000"),
+            (std::vector{8000, 8443, 9000}));
+  EXPECT_EQ(ports("# p\n\n \thttp_port \t=  8000 # web\r\n").at(0), 8000);
+  EXPECT_EQ(ports("http_port = 1\nhttp_port = 65535\n").at(0), 65535);
   EXPECT_TRUE(test::take_log().empty());
-  std::filesystem::create_directories(folder);
-  test::write_file(folder + "host.conf", "http_port = 8000\nhttps_port = 8443\napp_port = 9000");
-  EXPECT_EQ(ports(), (std::vector{8000, 8443, 9000}));
-  test::write_file(folder + "host.conf", "http_port=1\n" + std::string(70'000, '#'));
-  EXPECT_EQ(ports(), (std::vector{80, 443, 8080}));
+  EXPECT_EQ(ports("http_port=1\n" + std::string(70'000, '#')), kDefault);
   EXPECT_EQ(test::take_log().size(), 2U);
-}
-
-TEST(HostSettings, KeepTheDefaultForEveryLineThatIsNone) {
-  const auto port = [](const std::string& text) {
-    return orvaneplatform::parse_host_settings(text, "F").http_port;
-  };
-  test::take_log();
-  EXPECT_EQ(port(""), 80);
-  EXPECT_EQ(port("# p\n\n \thttp_port \t=  8000 # web\r\n"), 8000);
-  EXPECT_EQ(port("http_port = 1\nhttp_port = 65535\n"), 65535);
-  EXPECT_TRUE(test::take_log().empty());
   for (const std::string line :
        {"http_port = 0", "http_port = 65536", "http_port = 99999999999", "http_port = 80a",
         "http_port = -1", "http_port =", "http_port", "= 8000", "HTTP_PORT = 8000"}) {
-    EXPECT_EQ(port("\n" + line), 80);
+    EXPECT_EQ(orvaneplatform::parse_host_settings("\n" + line, "F").http_port, 80);
     EXPECT_EQ(test::take_product_log(), std::vector{"[hostinfo] F, line 2 is ignored: " + line});
   }
 }

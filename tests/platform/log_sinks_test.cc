@@ -37,14 +37,14 @@ std::string lines_to(Sink sink) {
 // What comes on standard error when a child logs with this ORVANE_LOG.
 std::string standard_error(const std::string& setting, Sink sink) {
   const test::TempFolder folder;
-  const pid_t child = test::start([&] {
-    setenv("ORVANE_LOG", setting.c_str(), 1);
-    dup2(open(folder.file("stderr").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
-    lines_to(sink);
-    return 0;
-  });
-  EXPECT_EQ(test::wait_for(child), 0) << setting;
-  return test::read_file(folder.file("stderr"));
+  EXPECT_EQ(test::wait_for(test::start([&] {
+              setenv("ORVANE_LOG", setting.c_str(), 1);
+              dup2(open(folder.file("x").c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
+              lines_to(sink);
+              return 0;
+            })),
+            0);
+  return test::read_file(folder.file("x"));
 }
 
 }  // namespace

@@ -9,11 +9,10 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
   const test::TempVault folder;
   test::OpenVault vault;
   EXPECT_EQ(CDataSource().remove_data_source(data_source("a", 0)), kVaultNotOpen);
-  EXPECT_EQ(vault->insert_data_source(data_source("a", 0)), 0);
+  EXPECT_EQ(test::add("a", "a", R"([{"guid":"g","channel_index":1,"name":"n"}])"), 0);
   for (int i = 1; i < 127; ++i) {
     EXPECT_EQ(vault->insert_data_source(data_source(std::to_string(i), -1)), 0);
   }
-  EXPECT_EQ(vault->insert_channel({"", "a", 1, "g", "n"}), 0);
   const std::string before = test::show();
   test::take_log();
   const std::pair<int, int> kRows[] = {
@@ -53,11 +52,11 @@ TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
       {kChannelGuidRepeated, {"[{G'g',I1,N''},{G'g',I2,N''}]"}},
       {kChannelIndexRepeated, {"[{G'g',I1,N''},{G'h',I1,N''}]"}},
   };
+  const std::pair<const char*, const char*> kNames[] = {
+      {"G", "'guid':"}, {"N", "'name':"}, {"I", "'channel_index':"}, {"'", "\""}};
   for (const auto& [status, lists] : kRows) {
     for (std::string list : lists) {
-      for (const auto& [letter, text] :
-           {std::pair("G", "'guid':"), std::pair("N", "'name':"),
-            std::pair("I", "'channel_index':"), std::pair("'", "\"")}) {
+      for (const auto& [letter, text] : kNames) {
         list = std::regex_replace(list, std::regex(letter), text);
       }
       EXPECT_EQ(check_channel_list_valid(test::Json(list)), status) << list;

@@ -6,13 +6,9 @@
 #include "tests/support/bare_sqlite.h"
 #include "tests/support/vault_calls.h"
 
-namespace {
-
 using namespace metadata_vault;
 
 constexpr std::filesystem::perms kPrivate{0600};
-
-}  // namespace
 
 TEST(VaultFile, WhatIsNoVaultOfThisVersionIsRefusedAndLeftAlone) {
   const std::string kForeign =
@@ -31,9 +27,10 @@ TEST(VaultFile, WhatIsNoVaultOfThisVersionIsRefusedAndLeftAlone) {
     if (content.starts_with("PRAGMA")) {
       EXPECT_EQ(test::add("a", "a", R"([{"guid":"g","channel_index":1,"name":"n"}])"), 0);
     }
-    const bool is_text = content.find("PRAGMA") == std::string::npos;
-    if (is_text || test::BareSqlite(folder.database()).exec(content) != SQLITE_OK) {
+    if (content.find("PRAGMA") == std::string::npos) {
       test::write_file(folder.database(), content);
+    } else {
+      EXPECT_EQ(test::BareSqlite(folder.database()).exec(content), SQLITE_OK);
     }
     const std::string before = test::read_file(folder.database());
     test::take_log();
