@@ -1,5 +1,6 @@
 #include <regex>
 
+#include "tests/platform/run_sql.h"
 #include "tests/support/vault_calls.h"
 
 using test::add;
@@ -68,8 +69,6 @@ namespace {
 
 using test::Edits;
 
-const Edits kFirst = {"\"A\"", "\"old\"", "true", R"([{"guid":"g","channel_index":7,"name":"n"}])"};
-
 // Two data sources: "a", which the test changes, and "b", named B.
 class ModifyDevice : public testing::Test {
  protected:
@@ -79,14 +78,13 @@ class ModifyDevice : public testing::Test {
   }
 
   // "name|description|enable|channels" of "a"; nothing else may change.
-  static std::string state() {
-    const auto a = test::stored("a").at(0);
-    EXPECT_EQ(a.type + std::to_string(a.index), "old0");
-    std::string text = a.vault_name + "|" + a.description + (a.enable ? "|on|" : "|off|");
-    for (const auto& channel : a.channel_guid_list) {
-      text += std::to_string(channel.channel_index) + channel.name;
-    }
-    return text;
+  std::string state() const {
+    return test::run_sql(
+        folder_.database(),
+        "SELECT vault_name || '|' || description || '|' || enable || '|' || (SELECT "
+        "coalesce(group_concat(channel_index || name, ''), '') FROM (SELECT * FROM channel"
+        " WHERE vault_id = 'a' ORDER BY channel_index))"
+        " FROM data_source WHERE vault_id = 'a' AND type = 'old' AND list_index = 0");
   }
 
   int modify(const Edits& edits) {
@@ -101,40 +99,33 @@ class ModifyDevice : public testing::Test {
 
 }  // namespace
 
-TEST_F(ModifyDevice, MakesEveryCombinationOfEdits) {
-  for (unsigned chosen = 0; chosen < 16; ++chosen) {
-    const auto has = [chosen](unsigned edit, const std::string& yes, const std::string& no = "") {
-      return (chosen & edit) != 0 ? yes : no;
-    };
-    EXPECT_EQ(modify(kFirst), 0);
-    indexes_ = {9};
-    const std::string list =
-        R"([{"guid":"x","channel_index":4,"name":"d"},{"guid":"y","channel_index":1,"name":"c"}])";
-    EXPECT_EQ(modify({has(1, "\"new\""), has(2, "\"text\""), has(4, "false"), has(8, list)}), 0);
-    EXPECT_EQ(state(), has(1, "new|" + has(2, "text"), "A|old") + has(4, "|off|", "|on|") +
-                           has(8, "1c4d", "7n"));
-    EXPECT_EQ(indexes_, chosen >= 8 ? (std::vector{9, 4, 1}) : std::vector{9});
-    EXPECT_STREQ(name_.data(), "A");
-    EXPECT_STREQ(description_.data(), "old");
-  }
-}
-
-TEST_F(ModifyDevice, ReadsArgumentsAsJsonGivesThemAndRefuses) {
-  const std::tuple<Edits, int, const char*> kRows[] = {
-      {kFirst, 0, "A|old|on|7n"},
-      {{"\"B\"", "\"d\"", "false", "[]"}, kDevcfgNameTaken, "A|old|on|7n"},
-      {{"\"\"", "\"d\"", "", ""}, 0, "A|old|on|7n"},
-      {{"\"a\"", "", "", "[7]"}, metadata_vault::kChannelNotObject, "a||on|7n"},
-      {{"\"a\"", "", "\"\"", "{}"}, metadata_vault::kChannelListNotArray, "a||off|7n"},
-      {{"42", "[1]", "\"false\"", ""}, 0, "42|[ 1 ]|on|7n"},
-      {{"\"50%s\\u0000cut\"", "\"it's\"", "0", ""}, 0, "50%s|it's|off|7n"},
-      {{"\"50%s\"", "true", "2", "[]"}, 0, "50%s|true|on|"},
+TEST_F(ModifyDevice, ReadsArgumentsAsJsonMakesThoseEditsGivesTheOldTextsAndRefuses) {
+  const std::string kFirst = R"([{"guid":"g","channel_index":7,"name":"n"}])";
+  const std::string kTwo =
+      R"([{"guid":"x","channel_index":4,"name":"d"},{"guid":"y","channel_index":1,"name":"c"}])";
+  const std::tuple<Edits, int, std::string> kRows[] = {
+      {{"\"A\"", "\"old\"", "true", kFirst}, 0, "A|old|1|7n"},
+      {{"\"B\"", "\"d\"", "false", "[]"}, kDevcfgNameTaken, "A|old|1|7n"},
+      {{"", "", "", ""}, 0, "A|old|1|7n"},
+      {{"\"\"", "\"d\"", "", ""}, 0, "A|old|1|7n"},
+      {{"", "\"d\"", "false", ""}, 0, "A|old|0|7n"},
+      {{"", "", "", kTwo}, 0, "A|old|0|1c4d"},
+      {{"", "", "true", kFirst}, 0, "A|old|1|7n"},
+      {{"\"new\"", "\"text\"", "false", kTwo}, 0, "new|text|0|1c4d"},
+      {{"\"a\"", "", "", "[7]"}, metadata_vault::kChannelNotObject, "a||0|1c4d"},
+      {{"\"a\"", "", "\"\"", "{}"}, metadata_vault::kChannelListNotArray, "a||0|1c4d"},
+      {{"42", "[1]", "\"false\"", ""}, 0, "42|[ 1 ]|1|1c4d"},
+      {{"\"50%s\\u0000cut\"", "\"it's\"", "0", ""}, 0, "50%s|it's|0|1c4d"},
+      {{"\"50%s\"", "true", "2", "[]"}, 0, "50%s|true|1|"},
   };
+  std::string old = "A|old";
   for (const auto& [edits, result, after] : kRows) {
     EXPECT_EQ(modify(edits), result) << after;
     EXPECT_EQ(state(), after);
+    EXPECT_EQ(std::string(name_.data()) + "|" + description_.data(), old);
+    old = after.substr(0, after.find('|', after.find('|') + 1));
   }
-  EXPECT_EQ(indexes_, std::vector{7});
+  EXPECT_EQ(indexes_, (std::vector{7, 4, 1, 7, 4, 1}));
   EXPECT_EQ(test::stored("b").at(0).vault_name, "B");
 }
 

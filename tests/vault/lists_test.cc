@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "tests/platform/run_sql.h"
 #include "tests/support/vault_calls.h"
 
 TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
@@ -46,15 +47,10 @@ TEST(FilterTokens, AreNone) {
 
 TEST(Cameras, ChangesReachEveryDataSource) {
   const test::TempVault folder;
-  // What the channels of both data sources are, as "index guid name" each.
-  const auto channels = [] {
-    std::string text;
-    for (const auto& record : test::stored()) {
-      for (const auto& channel : record.channel_guid_list) {
-        text += std::to_string(channel.channel_index) + channel.guid + channel.name + " ";
-      }
-    }
-    return text;
+  const auto channels = [&folder] {  // of both data sources, as "index guid name" each
+    return test::run_sql(folder.database(),
+                         "SELECT group_concat(channel_index || guid || name, ' ') FROM"
+                         " (SELECT * FROM channel ORDER BY vault_id, channel_index)");
   };
   for (const char* id : {"a", "b"}) {
     test::add(id, id,
@@ -72,17 +68,17 @@ TEST(Cameras, ChangesReachEveryDataSource) {
   }
   EXPECT_EQ(notify_camera_modified(name, name, 0), 0);
   EXPECT_EQ(notify_camera_removed(nullptr) + notify_camera_removed(name), 0);
-  EXPECT_EQ(channels(), "2CAMother 8camold 9none 2CAMother 8camold ");
+  EXPECT_EQ(channels(), "2CAMother 8camold 9none 2CAMother 8camold");
   EXPECT_EQ(notify_camera_modified(cam, name, 0), 0);
-  EXPECT_EQ(channels(), "2CAMother 8cam%s 9none 2CAMother 8cam%s ");
+  EXPECT_EQ(channels(), "2CAMother 8cam%s 9none 2CAMother 8cam%s");
   EXPECT_EQ(notify_camera_removed(cam) + notify_camera_removed(empty), 0);
-  EXPECT_EQ(channels(), "2CAMother 2CAMother ");
+  EXPECT_EQ(channels(), "2CAMother 2CAMother");
 }
 
-static void receive(const std::string& vault_id, std::int64_t time_ms) {
-  auto record = test::stored(vault_id).at(0);
-  record.last_recv_time = time_ms;
-  EXPECT_EQ(test::OpenVault()->update_data_source(record), 0);
+static void receive(const test::TempVault& folder, std::int64_t time_ms) {
+  test::run_sql(folder.database(), "UPDATE data_source SET last_recv_time = CAST('" +
+                                       std::to_string(time_ms) +
+                                       "' AS INTEGER) WHERE list_index = 5");
 }
 
 TEST(ListDevices, GivesWholeDocuments) {
@@ -94,7 +90,7 @@ TEST(ListDevices, GivesWholeDocuments) {
   vault->insert_data_source(test::data_source("b", 5));
   vault->insert_data_source(test::data_source("a", 2));
   vault->insert_data_source(test::data_source("c", -1));
-  receive("b", 1'700'000'000'123);
+  receive(folder, 1'700'000'000'123);
   vault->insert_channel({"", "a", 30, "g30", "n"});
   vault->insert_channel({"", "a", 4, "g4", "m"});
   vault->insert_filter({"", "a", -7, "z", "x/y", "later"});
@@ -125,9 +121,9 @@ TEST(ListDevices, TellsTheLastReceiveTime) {
   };
   const test::TempVault folder;
   setenv("TZ", "Asia/Taipei", 1);
-  test::add("x");
+  test::OpenVault()->insert_data_source(test::data_source("x", 5));
   for (const auto& [time, date, server_time] : kRows) {
-    receive("x", time);
+    receive(folder, time);
     const std::string one = "\"last_recv_time_str\":\"" + std::to_string(time);
     const std::string all = "\"last_recv_date\":\"" + date + "\",\"server_time\":\"" + server_time;
     EXPECT_NE(test::show("x").find("\"status\":{" + one + "\"},"), std::string::npos);
