@@ -58,15 +58,11 @@ void describe(CLI::App& app) {
   devcfg::add_service_commands(app);
   devcfg::add_frame_commands(app);
   devcfg::add_net_commands(app);
+  // Last, since a subcommand takes over the footer that it finds.
   app.footer(
       "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n" +
       std::string(kExitStatus) +
       "\nA first try, with a vault of its own:\n"
-  // Last, since a subcommand takes over the footer that it finds.
-  app.footer(
-      "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n"
-      "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.\n"
-      "A first try, with a vault of its own:\n"
       "  export ORVANE_VAULT=$PWD/try.db\n"
       "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
       "  devcfg list");
