@@ -120,6 +120,8 @@ TEST(RuleFile, Table) {
        "e/f/r/enable=1;e/f/s/enable=9",
        "(:0)(F:-3 R:2:1 :-1:9 R:2:1)D(:0)D(:0)",
        "DevNode=[e] Has 2 filters; DevNode=[d] Has 1 filters; DevNode=[d] Has 1 filters"},
+      {"device_node_list=d;d/filter_node_list=a, b;d/b/name=not this one", "(:0)(:0)",
+       "DevNode=[d] Has 2 filters"},
       // Cut before the last f.
       {"device_node_list=d;d/filter_node_list=f," + std::string(506, 'g') + ",f,f;d/f/name=F",
        "(F:0)(:0)(F:0)", "DevNode=[d] Has 3 filters"}};
@@ -156,21 +158,6 @@ TEST(RuleFile, TextsRoundTripAndAreCutToTheirFields) {
     text.copy(expected.result, 4095);
     EXPECT_EQ(std::memcmp(&read.rule_list.at(0), &expected, sizeof(rule)), 0);
   }
-}
-
-TEST(RuleFile, TheStepsAppend) {
-  const test::TempFolder folder;
-  const std::string values = "d/filter_node_list=a, b;d/a/rule_node_list=r,s;d/b/name=not this one";
-  const test::Tree opened(kCfgRead, test::write_tree(folder.file("a"), "filter", values));
-  void** tree = xmlcfg_export_xmltree(opened.handle(), "filter", nullptr);
-  char device[] = "d", node[] = "a";
-  std::vector<filter> filters(1);
-  std::vector<rule> rules(1);
-  EXPECT_EQ(get_filter_rule(tree, device, filters), 2);
-  EXPECT_STREQ(filters.at(2).name, "") << "the blank belongs to the node's name";
-  EXPECT_EQ(get_rule_list(tree, device, node, rules), 0);
-  EXPECT_EQ(rules.size(), 3U);
-  xmltree_destroy(tree);
 }
 
 TEST(RuleFile, Failures) {

@@ -133,28 +133,18 @@ int read_rules(Own&) {
   std::vector<dev_filter> devices;
   char output[8];
   const int result = devcfg_get_filter_rules_list(devices);
-  const int matched = devcfg_match_filters("x", output, sizeof(output), id_a, devices) +
-                      devcfg_do_filtering(text_x, 1, output, sizeof(output), id_a, devices);
+  const int matched = devcfg_match_filters(text_x, output, 8, id_a, devices) +
+                      devcfg_do_filtering(text_x, 1, output, 8, id_a, devices);
   devcfg_free_filter_rules_list(devices);
   return result < 0 ? result : matched;
 }
 
 int read_rule_tree(Own& own) {
-  std::vector<filter> filters;
-  std::vector<rule> rules;
+  std::vector<filter> filters(1);  // to be appended to
+  std::vector<rule> rules(1);
   get_rule_list(own.rules, node_d, node_f, rules);
   const int count = get_filter_rule(own.rules, node_d, filters);
-  return count > 0 && filters[0].rule_list.size() == rules.size() ? count : 0;
-}
-
-int get_node(Own& own) {
-  TDeviceInfo info;
-  return get_device(own.device.handle(), 1, &info) ? 1 : 0;
-}
-
-int look_for_rules(Own&) {
-  dev_filter device;
-  return devcfg_get_filter_rule(id_a, device) + 1;
+  return filters.size() == 2 && filters[1].rule_list.size() == 1 && rules.size() == 2 ? count : 0;
 }
 
 int find_node(Own& own) {
@@ -162,11 +152,6 @@ int find_node(Own& own) {
   char found[2] = "";
   devcfg_find_device_node(own.terminals.handle(), list, id_a, found);
   return found[0] == 'n' ? 1 : 0;
-}
-
-int preview(Own&) {
-  BuiltinChanges changes;
-  return devcfg_preview_builtin(changes) + 1;
 }
 
 }  // namespace
@@ -188,10 +173,14 @@ const std::vector<Call> kExportedCalls = {
     {"upgrade", upgrade},
     {"pack", pack},
     {"use_helpers", use_helpers},
-    {"devcfg_preview_builtin", preview, 1, {{"xmlcfg_open", 0}}},
-    {"get_device", get_node, 1, {{"xmlcfg_get_str/device/device_001/device_id", 0}}},
     {"devcfg_find_device_node", find_node, 1, {{"xmlcfg_get_str", 0}}},
-    {"devcfg_get_filter_rule", look_for_rules, 1, {{"xmlcfg_open/kfilter.xml", 0}}},
+    CALL("devcfg_preview_builtin", devcfg_preview_builtin(*std::make_unique<BuiltinChanges>()) + 1,
+         1, {{"xmlcfg_open", 0}}),
+    CALL("get_device", get_device(own.device.handle(), 1, std::make_unique<TDeviceInfo>().get()), 1,
+         {{"xmlcfg_get_str/device/device_001/device_id", 0}}),
+    CALL("devcfg_get_filter_rule",
+         devcfg_get_filter_rule(id_a, *std::make_unique<dev_filter>()) + 1, 1,
+         {{"xmlcfg_open/kfilter.xml", 0}}),
     CALL("devcfg_check_builtin", devcfg_check_builtin() + 1, 1,
          {{"xmlcfg_open", 0}, {"xmlcfg_set", 0}, {"xmlcfg_remove", 0}, {"xmlcfg_close", 0}}),
     CALL("devcfg_get_device_node", devcfg_get_device_node(id_a), 1,
