@@ -101,10 +101,7 @@ class DiskFaults : public testing::Test {
   long failures_ = 0;
 };
 
-struct Operation {
-  const char* name;
-  int (*run)(CDataSource& vault);  // 0 only when it is done
-};
+using Operation = std::pair<const char*, int (*)(CDataSource&)>;  // 0 only when it is done
 
 const Channel kChannel = {"1", "a", 3, "g", "renamed"};
 const Filter kFilter = {"", "a", 1, "target", "result", "name"};
@@ -140,10 +137,10 @@ const Operation kOperations[] = {
     OPERATION(remove_filter_by_vault_id("a")),
 };
 
-int run(const Operation& operation) {
+int run(int (*operation)(CDataSource&)) {
   CDataSource vault;
   const int status = vault.init();
-  return status != 0 ? status : operation.run(vault);
+  return status != 0 ? status : operation(vault);
 }
 
 }  // namespace
@@ -160,25 +157,26 @@ TEST_F(DiskFaults, OfTheVaultLeaveItSoundWithEveryAcknowledgedChangeAndNoPartOfA
       std::filesystem::remove(file + "-shm");
       test::write_file(file, bytes);
     };
-    for (const Operation& operation : kOperations) {
-      if (bytes.empty() && &operation != kOperations) {
+    for (const auto& [name, operation] : kOperations) {
+      SCOPED_TRACE(name);
+      if (bytes.empty() && operation != kOperations[0].second) {
         break;  // of an empty file only the first schema is looked at
       }
       restore();
       const std::string before = test::show();
-      EXPECT_EQ(run(operation), 0) << operation.name;
+      EXPECT_EQ(run(operation), 0);
       const std::string after = test::show();
-      fail_each([&](const Disk& failing) {
+      fail_each([&, work = operation](const Disk& failing) {
         restore();
         disk = failing;
-        const int status = run(operation);
+        const int status = run(work);
         const Disk failed = std::exchange(disk, {});
-        EXPECT_TRUE(status == 0 || failed.failures > 0) << operation.name << status;
-        EXPECT_TRUE(status == 0 || !failed.full || status == kVaultNoSpace) << operation.name;
+        EXPECT_TRUE(status == 0 || failed.failures > 0);
+        EXPECT_TRUE(status == 0 || !failed.full || status == kVaultNoSpace);
         refusals += status != 0 ? 1 : 0;
         const std::string now = test::show();
-        EXPECT_TRUE(now == after || (now == before && status != 0)) << operation.name << now;
-        EXPECT_EQ(test::run_sql(file, "PRAGMA integrity_check"), "ok") << operation.name;
+        EXPECT_TRUE(now == after || (now == before && status != 0)) << now;
+        EXPECT_EQ(test::run_sql(file, "PRAGMA integrity_check"), "ok");
         return failed.failures;
       });
     }

@@ -33,11 +33,6 @@ bool refuse() {
   return true;
 }
 
-void* make(std::size_t size_bytes) {
-  void* block = std::malloc(size_bytes);
-  return block != nullptr ? block : throw std::bad_alloc();
-}
-
 }  // namespace
 
 extern "C" {
@@ -50,8 +45,11 @@ void* realloc(void* block, std::size_t size_bytes) {
 }
 }
 
-void* operator new(std::size_t size_bytes) { return make(size_bytes); }
-void* operator new[](std::size_t size_bytes) { return make(size_bytes); }
+void* operator new(std::size_t size_bytes) {
+  void* block = std::malloc(size_bytes);
+  return block != nullptr ? block : throw std::bad_alloc();
+}
+void* operator new[](std::size_t size_bytes) { return operator new(size_bytes); }
 void* operator new(std::size_t size_bytes, const std::nothrow_t&) noexcept {
   return std::malloc(size_bytes);
 }
@@ -86,13 +84,6 @@ int run(const test::Call& call, test::Own& own, long number, bool lasting) {
   return result;
 }
 
-// How many blocks the call takes.
-long count_blocks(const test::Call& call, test::Own& own) {
-  left = LONG_MAX;
-  EXPECT_EQ(call.run(own), call.result) << call.name;
-  return LONG_MAX - std::exchange(left, -1);
-}
-
 }  // namespace
 
 TEST(MemoryFaults, AreReportedOrThrownWithEverythingReleased) {
@@ -108,7 +99,9 @@ TEST(MemoryFaults, AreReportedOrThrownWithEverythingReleased) {
     for (const bool lasting : {false, true}) {
       call.run(own);  // goes on with what it could not end before
       test::write_file(files.device_tree(), before);
-      const long blocks = count_blocks(call, own);
+      left = LONG_MAX;
+      EXPECT_EQ(call.run(own), call.result) << call.name;
+      const long blocks = LONG_MAX - std::exchange(left, -1);
       for (long number = 0; number <= blocks; number += 1 + blocks / kRuns) {
         test::write_file(files.device_tree(), before);
         const int result = run(call, own, number, lasting);

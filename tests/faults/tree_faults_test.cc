@@ -41,45 +41,38 @@ Function* next(Function* /*type*/, const char* name) {
 
 template <typename Result>
 Result counted(Result result) {
-  if constexpr (std::is_same_v<Result, void**>) {
-    open_count += result != nullptr ? 1 : 0;
-  }
+  open_count += std::is_same_v<Result, void**> && result ? 1 : 0;
   return result;
 }
 
 }  // namespace
 
 #pragma GCC diagnostic ignored "-Wvarargs"  // va_start behind a bool, as the interface has it
-#define FORWARD(name, last, ...)     \
-  va_list list;                      \
-  va_start(list, last);              \
-  const Path path(#name, list);      \
-  va_end(list);                      \
-  const char* const* n = path.names; \
-  return counted(                    \
-      next(&name, #name)(__VA_ARGS__, n[0], n[1], n[2], n[3], n[4], n[5], n[6], nullptr));
-
-bool xmlcfg_get_str(void* tree, const char* otherwise, char* buffer, int size_bytes, ...) {
-  FORWARD(xmlcfg_get_str, size_bytes, tree, otherwise, buffer, size_bytes)
-}
-bool xmltree_get_str(void** tree, const char* otherwise, char* buffer, int size_bytes, ...) {
-  FORWARD(xmltree_get_str, size_bytes, tree, otherwise, buffer, size_bytes)
-}
-int xmlcfg_get_int(void* tree, int otherwise, ...) {
-  FORWARD(xmlcfg_get_int, otherwise, tree, otherwise)
-}
-int xmltree_get_int(void** tree, int otherwise, ...) {
-  FORWARD(xmltree_get_int, otherwise, tree, otherwise)
-}
-bool xmlcfg_get_bool(void* tree, bool otherwise, ...) {
-  FORWARD(xmlcfg_get_bool, otherwise, tree, otherwise)
-}
-bool xmlcfg_set_str(void* tree, const char* value, ...) {
-  FORWARD(xmlcfg_set_str, value, tree, value)
-}
-bool xmlcfg_remove(void* tree, ...) { FORWARD(xmlcfg_remove, tree, tree) }
-void** xmlcfg_export_xmltree(void* tree, ...) { FORWARD(xmlcfg_export_xmltree, tree, tree) }
-void xmltree_destroy(void** tree) {
+#define FORWARD(name, parameters, last, ...)                                                 \
+  name parameters {                                                                          \
+    va_list list;                                                                            \
+    va_start(list, last);                                                                    \
+    const Path path(#name, list);                                                            \
+    va_end(list);                                                                            \
+    const char* const* n = path.names;                                                       \
+    return counted(                                                                          \
+        next(&name, #name)(__VA_ARGS__, n[0], n[1], n[2], n[3], n[4], n[5], n[6], nullptr)); \
+  }
+bool FORWARD(xmlcfg_get_str, (void* tree, const char* otherwise, char* buffer, int size, ...), size,
+             tree, otherwise, buffer,
+             size) bool FORWARD(xmltree_get_str,
+                                (void** tree, const char* otherwise, char* buffer, int size, ...),
+                                size, tree, otherwise, buffer,
+                                size) int FORWARD(xmlcfg_get_int, (void* tree, int otherwise, ...),
+                                                  otherwise, tree, otherwise)
+int FORWARD(xmltree_get_int, (void** tree, int otherwise, ...), otherwise, tree, otherwise) bool FORWARD(
+    xmlcfg_get_bool, (void* tree, bool otherwise, ...), otherwise, tree,
+    otherwise) bool FORWARD(xmlcfg_set_str, (void* tree, const char* value, ...), value, tree,
+                            value) bool FORWARD(xmlcfg_remove, (void* tree, ...), tree,
+                                                tree) void** FORWARD(xmlcfg_export_xmltree,
+                                                                     (void* tree, ...), tree,
+                                                                     tree) void xmltree_destroy(void**
+                                                                                                    tree) {
   --open_count;
   next(&xmltree_destroy, "xmltree_destroy")(tree);
 }
