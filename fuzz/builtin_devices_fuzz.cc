@@ -6,27 +6,20 @@
 #include "fuzz/fuzz.h"
 #include "tests/support/config_files.h"
 
-static std::string value(void* tree, const char* name, const char* key) {
-  char text[8192];
-  xmlcfg_get_str(tree, "NULL", text, sizeof(text), "device", name, key, nullptr);
-  return text;
-}
-
 // The values of the listed nodes that are not built-in.
 static std::map<std::string, std::string> read_users_nodes(const std::string& file) {
   std::map<std::string, std::string> nodes;
-  void* tree = xmlcfg_open(kCfgRead, file.c_str());
-  const std::string list = value(tree, "device_node_list", nullptr);
+  const test::Tree tree(kCfgRead, file);
+  const std::string list = tree.value({"device", "device_node_list"});
   for (const std::string& name : split(list, ',')) {
-    if (list != "NULL" && !name.empty() &&
-        !xmlcfg_get_bool(tree, false, "device", name.c_str(), "builtin", nullptr)) {
+    if (list != "NULL" && list != "(none)" && !name.empty() &&
+        !xmlcfg_get_bool(tree.handle(), false, "device", name.c_str(), "builtin", nullptr)) {
       for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name",
                               "plugin", "install_path", "db_name", "enable", "description"}) {
-        nodes[name] += value(tree, name.c_str(), key) + '\f';
+        nodes[name] += tree.value({"device", name, key}) + '\f';
       }
     }
   }
-  xmlcfg_close(tree, false);
   return nodes;
 }
 
