@@ -41,11 +41,10 @@ TEST(CommandFiles, ADeviceTreeWithNodesOfAnyName) {
   test::write_file(file,
                    "<device><device_node_list>tills_012,camera,NULL,,007</device_node_list>"
                    "<tills_012><device_id>T</device_id></tills_012></device>");
-  test::check_steps(
-      vault, {{{"tree", "nodes", "--file", file}, "", 0, "tills_012 12     T ", ""},
-              {{"tree", "nodes", "--file", file}, "", 0, "\ncamera ", ""},
-              {{"tree", "find", "T", "--file", file}, "", 0, "tills_012\n", ""},
-              {{"tree", "show", "tills_012", "--file", file}, "", 0, "id             T\n", ""}});
+  vault.check({{"tree nodes --file '" + file + "'", 0, "tills_012 12     T "},
+               {"tree nodes --file '" + file + "'", 0, "\ncamera "},
+               {"tree find T --file '" + file + "'", 0, "tills_012\n"},
+               {"tree show tills_012 --file '" + file + "'", 0, "id             T\n"}});
 }
 
 TEST(CommandFiles, ExportReplacesAFileInOneStep) {
