@@ -48,8 +48,8 @@ Result counted(Result result) {
 }  // namespace
 
 #pragma GCC diagnostic ignored "-Wvarargs"  // va_start behind a bool, as the interface has it
-#define FORWARD(name, parameters, last, ...)                                                 \
-  name parameters {                                                                          \
+#define FORWARD(result, name, parameters, last, ...)                                         \
+  result name parameters {                                                                   \
     va_list list;                                                                            \
     va_start(list, last);                                                                    \
     const Path path(#name, list);                                                            \
@@ -58,21 +58,18 @@ Result counted(Result result) {
     return counted(                                                                          \
         next(&name, #name)(__VA_ARGS__, n[0], n[1], n[2], n[3], n[4], n[5], n[6], nullptr)); \
   }
-bool FORWARD(xmlcfg_get_str, (void* tree, const char* otherwise, char* buffer, int size, ...), size,
-             tree, otherwise, buffer,
-             size) bool FORWARD(xmltree_get_str,
-                                (void** tree, const char* otherwise, char* buffer, int size, ...),
-                                size, tree, otherwise, buffer,
-                                size) int FORWARD(xmlcfg_get_int, (void* tree, int otherwise, ...),
-                                                  otherwise, tree, otherwise)
-int FORWARD(xmltree_get_int, (void** tree, int otherwise, ...), otherwise, tree, otherwise) bool FORWARD(
-    xmlcfg_get_bool, (void* tree, bool otherwise, ...), otherwise, tree,
-    otherwise) bool FORWARD(xmlcfg_set_str, (void* tree, const char* value, ...), value, tree,
-                            value) bool FORWARD(xmlcfg_remove, (void* tree, ...), tree,
-                                                tree) void** FORWARD(xmlcfg_export_xmltree,
-                                                                     (void* tree, ...), tree,
-                                                                     tree) void xmltree_destroy(void**
-                                                                                                    tree) {
+FORWARD(bool, xmlcfg_get_str, (void* tree, const char* otherwise, char* buffer, int size, ...),
+        size, tree, otherwise, buffer, size)
+FORWARD(bool, xmltree_get_str, (void** tree, const char* otherwise, char* buffer, int size, ...),
+        size, tree, otherwise, buffer, size)
+FORWARD(int, xmlcfg_get_int, (void* tree, int otherwise, ...), otherwise, tree, otherwise)
+FORWARD(int, xmltree_get_int, (void** tree, int otherwise, ...), otherwise, tree, otherwise)
+FORWARD(bool, xmlcfg_get_bool, (void* tree, bool otherwise, ...), otherwise, tree, otherwise)
+FORWARD(bool, xmlcfg_set_str, (void* tree, const char* value, ...), value, tree, value)
+FORWARD(bool, xmlcfg_remove, (void* tree, ...), tree, tree)
+FORWARD(void**, xmlcfg_export_xmltree, (void* tree, ...), tree, tree)
+
+void xmltree_destroy(void** tree) {
   --open_count;
   next(&xmltree_destroy, "xmltree_destroy")(tree);
 }
