@@ -182,10 +182,12 @@ TEST(CheckBuiltin, GeneratedPairsFollowTheModel) {
     for (const std::string& node : removed) {
       nodes[node] = nodes["device_015"];  // which is never there
     }
+    const std::string untouched = test::read_file(files.device_tree());
     BuiltinChanges preview;
     EXPECT_EQ(devcfg_preview_builtin(preview), 0);
     EXPECT_EQ(preview.removed, removed);
     EXPECT_EQ(preview.added.size(), missing.size());
+    EXPECT_EQ(test::read_file(files.device_tree()), untouched);
     for (const std::string& key : missing) {
       int number = 0;
       while (contains(names, name(number))) {

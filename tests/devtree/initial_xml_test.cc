@@ -19,7 +19,8 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   rlimit old{};
   getrlimit(RLIMIT_FSIZE, &old);
   signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, std::data({rlimit{5, old.rlim_max}}));
+  const rlimit five_bytes{5, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &five_bytes);
   EXPECT_FALSE(initial_xml()) << "a full disk";
   setrlimit(RLIMIT_FSIZE, &old);
   EXPECT_EQ(test::read_file(file), "") << "half a declaration";
