@@ -26,6 +26,7 @@ class Files {
     device_tree_.emplace(mode, orvaneip::kDeviceTreePath);
     if (!device_tree_->is_open()) {
       orvane_log_debug("[libdevcfg] Zelip XML file opened failed");
+      builtin_list_.close();
     }
   }
 
@@ -92,11 +93,11 @@ int devcfg_check_builtin() {
     return -1;
   }
   const BuiltinPlan plan = orvaneip::plan_builtin(files.builtin_list(), files.device_tree());
-  const bool stored = carry_out(plan, files);
-  if (!stored) {
-    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes");
+  if (!carry_out(plan, files)) {
+    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes, nothing is changed");
+    return -1;
   }
-  return files.close() && stored && !plan.changes.limit_reached ? 0 : -1;
+  return files.close() && !plan.changes.limit_reached ? 0 : -1;
 }
 
 int devcfg_preview_builtin(BuiltinChanges& changes) {

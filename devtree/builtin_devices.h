@@ -34,8 +34,8 @@ struct BuiltinChanges {
 // run changes nothing.
 //
 // 0 when the device tree matches the list afterwards. -1, with a log line,
-//  - when a file cannot be opened or saved: then nothing has changed;
-//  - when the device tree does not hold what was stored, as where its top element is not "device";
+//  - when a file cannot be opened or saved, or the device tree does not hold what was stored (its
+//    top element is not "device"): then nothing has changed;
 //  - at the limit of 128 nodes: then removals and the additions before it are stored, and the node
 //    list with them.
 //

@@ -9,8 +9,9 @@ namespace orvaneip {
 
 class ConfigFile {
  public:
-  ConfigFile(TCfgMode mode, const char* path) : handle_(xmlcfg_open(mode, path)) {}
-  ~ConfigFile() { close(); }
+  ConfigFile(TCfgMode mode, const char* path) : mode_(mode), handle_(xmlcfg_open(mode, path)) {}
+  // Changes that close() has not saved are dropped: they may be half of what was to be done.
+  ~ConfigFile() { close(mode_ == kCfgRead); }
   ConfigFile(const ConfigFile&) = delete;
   ConfigFile& operator=(const ConfigFile&) = delete;
 
@@ -18,12 +19,15 @@ class ConfigFile {
   void* handle() const { return handle_; }
 
   // Saves what was changed. False when that failed.
-  bool close() {
-    void* handle = std::exchange(handle_, nullptr);
-    return handle == nullptr || xmlcfg_close(handle, true);
-  }
+  bool close() { return close(true); }
 
  private:
+  bool close(bool save) {
+    void* handle = std::exchange(handle_, nullptr);
+    return handle == nullptr || xmlcfg_close(handle, save);
+  }
+
+  TCfgMode mode_;
   void* handle_;
 };
 

@@ -182,7 +182,7 @@ const std::vector<Call> kExportedCalls = {
          devcfg_get_filter_rule(id_a, *std::make_unique<dev_filter>()) + 1, 1,
          {{"xmlcfg_open/kfilter.xml", 0}}),
     CALL("devcfg_check_builtin", devcfg_check_builtin() + 1, 1,
-         {{"xmlcfg_open", 0}, {"xmlcfg_set", 0}, {"xmlcfg_remove", 0}, {"xmlcfg_close", 0}}),
+         {{"xmlcfg_open", 0}, {"xmlcfg_set", 0}, {"xmlcfg_close", 0}}),
     CALL("devcfg_get_device_node", devcfg_get_device_node(id_a), 1,
          {{"xmlcfg_open", -1}, {"xmlcfg_get_str", -1}}),
     CALL("find_device_exist", find_device_exist(own.device.handle(), id_a), 1,
