@@ -86,6 +86,7 @@ TEST(Command, WrongUsageIsStatus2AndHelpIsNot) {
       {"modify x", 2, "nothing to change is given"},
       {"modify x --channel 1:a", 2, "is not INDEX:GUID:NAME"},
       {"camera renamed g", 2, "NAME is required"},
+      {"search like -x", 2, "a text that begins with a dash stands behind --: -- -x"},
       {"--version", 0, "devcfg 0."},
       {"--help", 0, "Exit status: 0 done"},
       {"camera renamed --help", 0, "Example:\n  devcfg camera"},

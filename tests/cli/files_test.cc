@@ -44,7 +44,7 @@ TEST(CommandFiles, ADeviceTreeWithNodesOfAnyName) {
   vault.check({{"tree nodes --file '" + file + "'", 0, "tills_012 12     T "},
                {"tree nodes --file '" + file + "'", 0, "\ncamera "},
                {"tree find T --file '" + file + "'", 0, "tills_012\n"},
-               {"tree show tills_012 --file '" + file + "'", 0, "id             T\n"}});
+               {"tree show tills_012 --file '" + file + "'", 0, "id           T\n"}});
 }
 
 TEST(CommandFiles, ExportReplacesAFileInOneStep) {
