@@ -13,7 +13,7 @@ TEST(SchemaCommand, Table) {
   const std::string full = folder.file("full.db");
   std::string columns;  // 1997, of the 2000 that SQLite allows
   for (int i = 1000; i < 2997; ++i) {
-    columns += "c" + std::to_string(i) + ",";
+    columns.append("c").append(std::to_string(i)).append(",");
   }
   ASSERT_EQ(test::BareSqlite(full).exec("CREATE TABLE t(" + columns + "a)"), 0);
   ASSERT_EQ(test::BareSqlite(wanted).exec(
