@@ -17,7 +17,7 @@ char lower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(by
 
 // Without the locale that strcasecmp looks at.
 bool equal_but_for_case(const char* one, const char* other) {
-  while (*one != '\0' && lower(*one) == lower(*other)) {
+  while (*one != '\0' && (*one == *other || lower(*one) == lower(*other))) {
     ++one;
     ++other;
   }

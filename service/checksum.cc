@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
 namespace orvaneip {
 namespace {
 
@@ -31,9 +35,13 @@ __attribute__((target("avx2"))) unsigned char sum_bytes_avx2(const unsigned char
     }
   }
   sums[0] += sums[1] + sums[2] + sums[3];
-  unsigned char lanes[sizeof(Lanes)];
-  std::memcpy(lanes, sums, sizeof(lanes));
-  return sum_each(bytes, size_bytes % sizeof(sums), sum_each(lanes, sizeof(lanes), 0));
+  __m256i lanes;
+  std::memcpy(&lanes, sums, sizeof(lanes));
+  const __m256i eighths = _mm256_sad_epu8(lanes, _mm256_setzero_si256());
+  const __m128i halves =
+      _mm_add_epi64(_mm256_castsi256_si128(eighths), _mm256_extracti128_si256(eighths, 1));
+  const long long sum = _mm_cvtsi128_si64(halves) + _mm_extract_epi64(halves, 1);
+  return sum_each(bytes, size_bytes % sizeof(sums), static_cast<unsigned char>(sum));
 }
 #endif
 

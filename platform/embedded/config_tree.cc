@@ -47,11 +47,12 @@ bool copy_value(xml_node element, const char* default_value, char* buffer, int s
 
 int int_value(xml_node element, int default_value) {
   std::string decoded;
-  const std::string value(element ? orvaneplatform::element_value(element, decoded) : "");
+  // A terminated text, as every value is.
+  const char* value = element ? orvaneplatform::element_value(element, decoded).data() : "";
   char* end = nullptr;
-  const long number = std::strtol(value.c_str(), &end, 10);
-  return end == value.c_str() ? default_value
-                              : static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+  const long number = std::strtol(value, &end, 10);
+  return end == value ? default_value
+                      : static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
 }
 
 bool bool_value(xml_node element, bool default_value) {

@@ -8,6 +8,8 @@ namespace {
 
 using pugi::xml_node;
 
+constexpr std::size_t kExpectedChildren = 128;  // a full device tree
+
 xml_node first_element(xml_node parent, const char* name) {
   xml_node node = parent.child(name);
   while (node && node.type() != pugi::node_element) {  // an instruction has a name as well
@@ -89,6 +91,7 @@ xml_node PathFinder::find_below_top(xml_node top, const char* name) const {
 
 // The nodes of most files are in order, and are asked for in order.
 void PathFinder::sort_children(xml_node top) const {
+  sorted_.reserve(kExpectedChildren);
   for (const xml_node child : top.children()) {
     if (child.type() == pugi::node_element) {
       sorted_.push_back({child.name(), child});

@@ -13,7 +13,8 @@ namespace {
 using pugi::xml_node;
 
 bool is_marked_base64(xml_node element) {
-  return std::strcmp(element.attribute(kEncodingAttribute).value(), kBase64) == 0;
+  return element.first_attribute() &&
+         std::strcmp(element.attribute(kEncodingAttribute).value(), kBase64) == 0;
 }
 
 // The element's text when it is in one piece and the element holds nothing else; otherwise null.

@@ -14,7 +14,8 @@
 
 namespace orvaneplatform {
 
-// The value when it stands in the tree as it is; otherwise `decoded` is set to it. No memory is
+// The value when it stands in the tree as it is; otherwise `decoded` is set to it. A terminator
+// follows. No memory is
 // taken for most values.
 std::string_view element_value(pugi::xml_node element, std::string& decoded);
 
