@@ -62,12 +62,12 @@ void read_rule(void** tree, const char* device_node, const char* filter_node, co
 // not know the advice (before Linux 5.14) brings them one by one.
 void make_room(std::vector<rule>& rules, std::size_t count) {
   rules.reserve(rules.size() + count);
-  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const auto room = reinterpret_cast<std::uintptr_t>(rules.data() + rules.size());
-  const std::uintptr_t begin = (room + page - 1) / page * page;
-  const std::uintptr_t end = (room + count * sizeof(rule)) / page * page;
-  if (begin < end) {
-    madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  char* const room = reinterpret_cast<char*>(rules.data() + rules.size());
+  const std::size_t before_page = (page - reinterpret_cast<std::uintptr_t>(room) % page) % page;
+  const std::size_t size_bytes = count * sizeof(rule);
+  if (size_bytes >= before_page + page) {
+    madvise(room + before_page, (size_bytes - before_page) / page * page, MADV_POPULATE_WRITE);
   }
 }
 
