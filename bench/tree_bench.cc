@@ -107,7 +107,7 @@ void tree_plain_replace(benchmark::State& state) {
   state.counters["syncs"] = syncs;
 }
 
-// What closing takes, without opening: that is measured above.
+// What closing takes, without opening.
 void tree_save(benchmark::State& state) {
   const SampleTree sample;
   std::string expected = bytes_of(sample.path());
