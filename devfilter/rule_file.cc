@@ -60,7 +60,7 @@ void read_rule(void** tree, const char* device_node, const char* filter_node, co
 // Has the kernel bring the pages of the records in one go. Every record is written whole, and a
 // page fault for each half of one costs more than all the rest of the reading. A kernel that does
 // not know the advice (before Linux 5.14) brings them one by one.
-void make_room(std::vector<rule>& rules, std::size_t count) {
+void reserve_pages(std::vector<rule>& rules, std::size_t count) {
   rules.reserve(rules.size() + count);
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   char* const room = reinterpret_cast<char*>(rules.data() + rules.size());
@@ -97,7 +97,7 @@ void append_rules(void** tree, const char* device_node, const char* filter_node,
   if (!room.take(names.size())) {
     return;
   }
-  make_room(rules, names.size());
+  reserve_pages(rules, names.size());
   for (const char* name : names) {
     read_rule(tree, device_node, filter_node, name, rules.emplace_back());
   }

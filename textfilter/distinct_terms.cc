@@ -117,7 +117,7 @@ void DistinctTerms::add(std::string_view term) {
 }
 
 void DistinctTerms::compare_and_add(std::string_view term) {
-  ++compared_;
+  compared_ = std::min(compared_ + 1, kComparedTerms);
   if (std::find(terms_.begin(), terms_.end(), term) == terms_.end()) {
     terms_.emplace_back(term);
   }

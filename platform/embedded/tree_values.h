@@ -15,8 +15,7 @@
 namespace orvaneplatform {
 
 // The value when it stands in the tree as it is; otherwise `decoded` is set to it. A terminator
-// follows. No memory is
-// taken for most values.
+// follows. No memory is taken for most values.
 std::string_view element_value(pugi::xml_node element, std::string& decoded);
 
 // Replaces the value; what else the element holds is kept. False when it was this value before, and

@@ -45,6 +45,14 @@ TEST(SearchPatterns, Table) {
   // The search text, the patterns, the expression.
   const std::tuple<std::string, Texts, std::string> kRows[] = {
       {"  front  door  ", {"front", "door"}, "front|door"},
+      {"camera", {"camera"}, "camera"},
+      {"front  door", {"front", "door"}, "front|door"},
+      {"a+b", {"a%%b"}, "a.*b"},
+      {"+ a", {"a"}, "a"},
+      {"a +", {"a"}, "a"},
+      {"a.b|c", {"a.b|c"}, "a\\.b\\|c"},
+      {"it's", {"it''s"}, "it's"},
+      {"", {}, ""},
       {"a++b", {"a%%b"}, "a.*b"},
       {"a + b", {"a", "b"}, "a|b"},
       {"+ +", {}, ".*"},
