@@ -79,7 +79,7 @@ class Room {
   bool is_exceeded() const { return is_exceeded_; }
 
   bool take(std::size_t rules) {
-    is_exceeded_ = is_exceeded_ || rules > rules_;
+    is_exceeded_ |= rules > rules_;
     rules_ -= is_exceeded_ ? 0 : rules;
     return !is_exceeded_;
   }

@@ -28,10 +28,7 @@ class Descriptor {
 
   bool is_open() const { return value_ >= 0; }
   bool synchronise() const { return fsync(value_) == 0; }
-  bool holds_bytes() const {
-    struct stat status {};
-    return fstat(value_, &status) != 0 || status.st_size != 0;
-  }
+  bool read_status(struct stat& status) const { return fstat(value_, &status) == 0; }
   bool write_whole(std::string_view text) const {
     if (write(value_, text.data(), text.size()) == std::ssize(text)) {
       return true;
@@ -55,8 +52,9 @@ bool synchronise_folder_of(const std::string& path) {
 // Opened without emptying it: whoever created it in the meantime keeps what was written.
 bool create(const std::string& path) {
   const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-  return file.is_open() &&
-         (file.holds_bytes() ||
+  struct stat status {};
+  return file.is_open() && file.read_status(status) &&
+         (status.st_size != 0 ||
           (file.write_whole(kDeclaration) && file.synchronise() && synchronise_folder_of(path)));
 }
 

@@ -36,7 +36,11 @@ std::string WrittenTypes::word_of(std::string_view name, std::string_view declar
     return type_word(declared_type);
   }
   token_ = tokens_.next();
-  const std::string word = declared_type.empty() ? "" : read_word();
+  // The module of a virtual table declares types that its statement does not write.
+  const bool is_written = token_.text != "," && token_.text != ")";
+  const std::string word = declared_type.empty() ? ""
+                           : is_written          ? read_word()
+                                                 : type_word(declared_type);
   pass_column();
   return word;
 }

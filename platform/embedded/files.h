@@ -13,10 +13,6 @@ class FileDescriptor {
   explicit FileDescriptor(int value) : value_(value) {}
   ~FileDescriptor() { close_now(); }
   FileDescriptor(FileDescriptor&& other) noexcept : value_(std::exchange(other.value_, -1)) {}
-  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-    std::swap(value_, other.value_);
-    return *this;
-  }
 
   bool is_open() const { return value_ >= 0; }
   int get() const { return value_; }

@@ -54,27 +54,32 @@ TreeHandle::TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lo
       finder_(use == TreeUse::kRead) {}
 
 std::unique_ptr<TreeHandle> TreeHandle::open(const char* path, TreeUse use) {
-  std::string name = path;
-  std::optional<FileLock> lock;
-  if (use == TreeUse::kChange) {
-    struct stat status {};
-    const auto file = file_behind(path, status);
-    if (!file) {
-      return nullptr;
-    }
-    name = *file;
-    lock = FileLock::take(name, status);
-    if (!lock) {
-      report_not_opened(path, lock_failure(errno).c_str());
-      return nullptr;
-    }
+  return use == TreeUse::kChange ? open_to_change(path)
+                                 : with_tree(path, TreeUse::kRead, std::nullopt);
+}
+
+std::unique_ptr<TreeHandle> TreeHandle::open_to_change(const char* path) {
+  struct stat status {};
+  const auto file = file_behind(path, status);
+  if (!file) {
+    return nullptr;
   }
-  auto tree = read_tree(name, use);
+  auto lock = FileLock::take(*file, status);
+  if (!lock) {
+    report_not_opened(path, lock_failure(errno).c_str());
+    return nullptr;
+  }
+  return with_tree(*file, TreeUse::kChange, std::move(lock));
+}
+
+std::unique_ptr<TreeHandle> TreeHandle::with_tree(std::string path, TreeUse use,
+                                                  std::optional<FileLock> lock) {
+  auto tree = read_tree(path, use);
   if (tree == nullptr) {
     return nullptr;
   }
   return std::unique_ptr<TreeHandle>(
-      new TreeHandle(std::move(name), use, std::move(lock), std::move(tree)));
+      new TreeHandle(std::move(path), use, std::move(lock), std::move(tree)));
 }
 
 xml_node TreeHandle::find(Names names) const {

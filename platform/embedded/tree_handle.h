@@ -51,6 +51,10 @@ class TreeHandle {
   TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lock,
              std::shared_ptr<TreeFile> tree);
 
+  static std::unique_ptr<TreeHandle> open_to_change(const char* path);
+  static std::unique_ptr<TreeHandle> with_tree(std::string path, TreeUse use,
+                                               std::optional<FileLock> lock);
+
   void change(PathFinder::Found found, Names names, std::string_view value);
   pugi::xml_node create(PathFinder::Found found, Names names);
   bool write_changes();

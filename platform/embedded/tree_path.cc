@@ -24,7 +24,6 @@ TreePath::TreePath(va_list arguments) {
   for (const char* name = va_arg(arguments, const char*); name != nullptr;
        name = va_arg(arguments, const char*)) {
     if (depth_ == names_.size()) {
-      too_deep_ = true;
       depth_ = 0;
       return;
     }

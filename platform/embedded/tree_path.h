@@ -22,15 +22,12 @@ class TreePath {
  public:
   explicit TreePath(va_list arguments);
 
-  bool is_too_deep() const { return too_deep_; }
-
   // Empty when the path is too deep.
   std::span<const char* const> names() const { return {names_.data(), depth_}; }
 
  private:
   std::array<const char*, kMaxDepth> names_;
   std::size_t depth_ = 0;
-  bool too_deep_ = false;
 };
 
 // Finds elements below a top element; the first one of a name counts. Remembers the last one found

@@ -36,6 +36,7 @@ void run_all(test::Own& own, unsigned seed) {
       EXPECT_TRUE(result == call->result || (result == 0 && may_lose(*call)))
           << call->name << ' ' << result;
     }
+    LogConsole("%s", own.id.c_str());
   }
 }
 

@@ -150,6 +150,9 @@ TEST(CheckBuiltin, Limits) {
     EXPECT_EQ(value_at(files, "device_node_list"), item + joined(first(stored)));
     EXPECT_EQ(value_at(files, "device_127/enable"), users < 128 ? "true" : "(none)");
     expect_second_run_changes_nothing(files, result);
+    BuiltinChanges changes;
+    EXPECT_EQ(devcfg_preview_builtin(changes), result);
+    EXPECT_TRUE(changes.removed.empty() && changes.added.empty());
   }
 }
 

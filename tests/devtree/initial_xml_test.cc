@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/library.h"
 
@@ -34,4 +35,14 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   EXPECT_TRUE(initial_xml());
   EXPECT_EQ(test::read_file(file), "<device/>");
   EXPECT_EQ(test::take_log().size(), 1U) << "the missing file only";
+
+  std::filesystem::remove(file);
+  std::vector<std::thread> threads(8);
+  for (std::thread& thread : threads) {
+    thread = std::thread([] { EXPECT_TRUE(initial_xml()); });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(test::read_file(file), "<?xml version=\"1.0\"?>") << "many at once";
 }

@@ -19,9 +19,10 @@ TEST(LogConsole, AddsALineFeedAndExpandsOnce) {
   testing::internal::CaptureStdout();
   LogConsole("camera %s of %d", "50%s%n", 7);
   LogConsole("line\n");
+  LogConsole("%ls", L"no text: \xD800");
   LogConsole("%s", std::string(20'000, 'x').c_str());
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "camera 50%s%n of 7\nline\n\n" + std::string(kLogMessageBytes - 1, 'x') + "\n");
+            "camera 50%s%n of 7\nline\n\n\n" + std::string(kLogMessageBytes - 1, 'x') + "\n");
 }
 
 TEST(LogDebug, HandsTheTextToTheDebugLogUnchanged) {

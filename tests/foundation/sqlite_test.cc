@@ -91,6 +91,10 @@ TEST_F(Sqlite, GettersReadTheCurrentRow) {
     object_->QReset();
     EXPECT_EQ(getters(*object_), "1:5|1:5|1:5|1:5");
   }
+  for (const int outside : {-1, 2}) {
+    object_->cursor = outside;
+    EXPECT_EQ(getters(*object_), "0:77|0:77|0:kept|0:kept");
+  }
   EXPECT_EQ(object_->getColumnIndex("V"), -1);
   object_->freeResult();
   EXPECT_EQ(getters(*object_), "0:77|0:77|0:kept|0:kept");
@@ -117,6 +121,12 @@ TEST_F(Sqlite, ARefusedCloseLeavesItOpenAndAClosedObjectAnswersFalse) {
   EXPECT_EQ(object_->db_name, path_);
   EXPECT_TRUE(object_->ExecSQL("SELECT 1"));
   sqlite3_finalize(own);
+  {
+    CSqlite deleted(path_.c_str());
+    ASSERT_TRUE(deleted.openDatabase(nullptr));
+    ASSERT_EQ(sqlite3_prepare_v2(deleted.db, "SELECT 1", -1, &own, nullptr), SQLITE_OK);
+  }
+  sqlite3_finalize(own);
   EXPECT_TRUE(object_->closeDatabase() && object_->closeDatabase());
   test::take_log();
   EXPECT_FALSE(object_->ExecSQL("SELECT 1") || object_->QuerySQL("SELECT 1") ||
@@ -136,6 +146,8 @@ TEST_F(Sqlite, FailingTextsCloseAndParametersDoNot) {
   EXPECT_FALSE(object_->Parametrized_ExecSQL("nonsense", nullptr));
   EXPECT_FALSE(object_->Parametrized_ExecSQL(insert, "1", nullptr));
   EXPECT_EQ(object_->last_rc, SQLITE_CONSTRAINT);
+  sqlite3_limit(object_->db, SQLITE_LIMIT_LENGTH, 100);
+  EXPECT_FALSE(object_->Parametrized_ExecSQL(insert, std::string(101, '1').c_str(), nullptr));
   EXPECT_TRUE(object_->Parametrized_ExecSQL(insert, "7", "it's", "more", nullptr));
   EXPECT_TRUE(object_->Parametrized_ExecSQL(insert, nullptr));
   EXPECT_EQ(test::BareSqlite(path_).query("SELECT * FROM t")->cells,
@@ -145,7 +157,8 @@ TEST_F(Sqlite, FailingTextsCloseAndParametersDoNot) {
                  "[CSqlite] exec sql error: no such table: missing",
                  "[CSqlite] sqlite3_step error: another row available\n",
                  "[CSqlite] sqlite3_prepare_v2 error: near \"nonsense\": syntax error\n",
-                 "[CSqlite] sqlite3_step error: UNIQUE constraint failed: t.id\n"}));
+                 "[CSqlite] sqlite3_step error: UNIQUE constraint failed: t.id\n",
+                 "[CSqlite] sqlite3_step error: string or blob too big\n"}));
 }
 
 // With the sequence's query behind each text, on a copy of the file.
@@ -212,6 +225,10 @@ TEST_F(Sqlite, ExhaustedRetriesCountAsSuccess) {
   const std::function<bool()> kOperations[] = {
       [&] { return object_->ExecSQL("DELETE FROM t") && object_->last_rc == SQLITE_BUSY; },
       [&] { return object_->Parametrized_ExecSQL("DELETE FROM t", nullptr); },
+      [&] {
+        CSqlite fresh(path_.c_str());  // which has to read the schema first
+        return fresh.openDatabase(nullptr) && fresh.Parametrized_ExecSQL("DELETE FROM t", nullptr);
+      },
       [&] { return object_->QuerySQL("SELECT * FROM t") && object_->QTotalRecords() == 0; },
       [&] { return object_->ExecSQL("DELETE FROM t", t_) == -1; },
   };

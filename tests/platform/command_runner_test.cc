@@ -31,6 +31,8 @@ TEST_F(CommandRunner, HandsEachArgumentOverUnchangedAndGivesTheStatusWord) {
   EXPECT_EQ(run("exit 0\n"), -1);  // no shell runs it
   EXPECT_EQ(run("#!/bin/sh\n", 0600), -1);
   EXPECT_EQ(vorn_exec(0, 0, 0, nullptr, nullptr), -1);
+  signal(SIGCHLD, SIG_IGN);
+  EXPECT_EQ(run("#!/bin/sh\n"), -1);  // its end cannot be waited for
 }
 
 TEST_F(CommandRunner, GivesTheProgramNothingOfThisProcessButItsStandardStreams) {

@@ -212,6 +212,20 @@ TEST_F(ConfigTree, WhatMayNotBeStoredIsRefusedWithALogLine) {
   EXPECT_TRUE(Tree(kCfgChange, file_).store({"device", "_\xC3\xA9-b.c"}, "x"));
 }
 
+template <int... kLevels>
+static bool store_below(void* tree, std::integer_sequence<int, kLevels...>) {
+  return xmlcfg_set_str(tree, "x", ((void)kLevels, "n")..., nullptr);
+}
+
+TEST_F(ConfigTree, PathsMayBe256NamesLong) {
+  write("");
+  Tree tree(kCfgChange, file_);
+  EXPECT_FALSE(store_below(tree.handle(), std::make_integer_sequence<int, 257>()));
+  EXPECT_TRUE(store_below(tree.handle(), std::make_integer_sequence<int, 256>()));
+  EXPECT_TRUE(store_below(tree.handle(), std::make_integer_sequence<int, 12>()));
+  EXPECT_TRUE(tree.close() && Tree(kCfgRead, file_).is_open());
+}
+
 TEST_F(ConfigTree, NumbersAndBooleans) {
   // value, number by default -7, boolean by default false and by default true
   for (const char* row :

@@ -1,3 +1,6 @@
+#include <atomic>
+#include <thread>
+
 #include "tests/platform/run_sql.h"
 #include "tests/support/library.h"
 
@@ -40,6 +43,27 @@ TEST(EventService, KeepsItsEventsBesideAVaultThatHasTheirNameAndLeavesWhatIsNoEv
     EXPECT_EQ(test::take_product_log().size(), 1U);
   }
   EXPECT_EQ(test::read_file(vault.file("events.db")), garbage);
+}
+
+TEST(EventService, RemovesForManyThreadsAtOnceEachEventOnce) {
+  const TempVault vault;
+  run_sql(vault.file("events.db"),
+          kTable +
+              "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n LIMIT 20) "
+              "INSERT INTO active_event SELECT i FROM n");
+  std::atomic<int> removed = 0;
+  std::vector<std::thread> threads(4);
+  for (std::thread& thread : threads) {
+    thread = std::thread([&removed] {
+      for (int i = 0; i < 20; ++i) {
+        removed += aevt_remove_event(std::to_string(i));
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(removed, 20);
 }
 
 }  // namespace

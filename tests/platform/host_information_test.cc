@@ -84,6 +84,10 @@ TEST(HostInformation, ReadsPortsFromTheSettingsFileWithTheDefaultForEveryLineTha
   EXPECT_TRUE(test::take_log().empty());
   EXPECT_EQ(ports("http_port=1\n" + std::string(70'000, '#')), kDefault);
   EXPECT_EQ(test::take_log().size(), 2U);
+  std::filesystem::remove(file);
+  std::filesystem::create_directory(file);
+  EXPECT_EQ(ports(""), kDefault);
+  EXPECT_EQ(test::take_log().size(), 2U);
   for (const std::string line :
        {"http_port = 0", "http_port = 65536", "http_port = 99999999999", "http_port = 80a",
         "http_port = -1", "http_port =", "http_port", "= 8000", "HTTP_PORT = 8000"}) {

@@ -23,7 +23,11 @@ void drop(const char* /*format*/, ...) {}
 std::string lines_to(Sink sink) {
   sink("%s of %d", "50%s%n", 7);
   sink("%s\r", "a\n[b] c\x1B\x7F\xC2\x85 \xC2\xA9\xC2\n");
-  std::string lines = "50%s%n of 7\na\\x0a[b] c\\x1b\\x7f\\xc2\\x85 \xC2\xA9\xC2\\x0a\\x0d\n";
+  sink("%ls", L"no text: \xD800");
+  sink("%s", "");
+  sink("%s", "\xC2");
+  std::string lines =
+      "50%s%n of 7\na\\x0a[b] c\\x1b\\x7f\\xc2\\x85 \xC2\xA9\xC2\\x0a\\x0d\n\n\xC2\n";
   // Around the size of the sink's own buffer, and far beyond it.
   for (const std::size_t length : {1021U, 1022U, 1023U, 1024U, 100'000U}) {
     const std::string line = std::string(length, 'x') + '\n';

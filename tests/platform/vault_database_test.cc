@@ -23,6 +23,7 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
       {vault->remove_data_source(data_source("d", 0)), kVaultNotFound},
       {vault->update_channel({"99", "a", 1, "g", "new"}), kVaultNotFound},
       {vault->update_channel({"1 ", "a", 1, "g", "new"}), kVaultNotFound},
+      {vault->update_channel({"", "a", 1, "g", "new"}), kVaultNotFound},
   };
   const auto log = test::take_log();
   ASSERT_EQ(log.size(), std::size(kRows));
@@ -32,6 +33,12 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
     EXPECT_NE(log[i].find(" failed with status " + std::to_string(kRows[i].second) + ": "),
               std::string::npos);
   }
+  EXPECT_EQ(vault->init(), 0) << "is open already";
+  EXPECT_EQ(vault->insert_channel({"", "of nobody", 1, "g", "n"}), 0);
+  std::vector<DataSource> found;
+  EXPECT_EQ(vault->query_data_source("a", "a", found) + vault->query_data_source("1", "a", found),
+            0);
+  EXPECT_EQ(found.size(), 1U);
   EXPECT_EQ(test::show(), before);
   EXPECT_EQ(vault->insert_data_source(data_source("128th", -1)), 0);
   EXPECT_EQ(vault->insert_data_source(data_source("more", -1)), kVaultFull);

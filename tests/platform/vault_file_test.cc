@@ -1,8 +1,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
+#include "platform/event_service.h"
 #include "tests/support/bare_sqlite.h"
 #include "tests/support/vault_calls.h"
 
@@ -44,6 +47,29 @@ TEST(VaultFile, WhatIsNoVaultOfThisVersionIsRefusedAndLeftAlone) {
   }
 }
 
+TEST(VaultFile, WithPagesOfAnotherFileIsToldAsDamaged) {
+  const test::TempVault folder;
+  EXPECT_EQ(test::add("a"), 0);
+  const std::string bytes = test::read_file(folder.database());
+  test::write_file(folder.database(),
+                   bytes.substr(0, 4096) + std::string(bytes.size() - 4096, 'x'));
+  std::vector<DataSource> found;
+  EXPECT_EQ(test::OpenVault()->query_data_source("", "", found), kVaultDamaged);
+}
+
+TEST(VaultFile, HeldByAnotherWriterIsNotWaitedForForever) {
+  const test::TempVault folder;
+  EXPECT_EQ(test::add("a"), 0);
+  const test::BareSqlite holder(folder.database()), events(folder.file("events.db"));
+  ASSERT_EQ(holder.exec("BEGIN IMMEDIATE") + events.exec("BEGIN EXCLUSIVE; CREATE TABLE t(a)"), 0);
+  std::thread remover([] { EXPECT_EQ(aevt_remove_event("e"), 0); });
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(test::add("b"), kVaultBusy);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  remover.join();
+  EXPECT_EQ(test::stored().size(), 1U);
+}
+
 TEST(VaultFile, IsPrivateAndStandsWhereThePathSays) {
   const test::TempVault folder;
   ASSERT_EQ(chdir(folder.path().c_str()), 0);
@@ -64,6 +90,7 @@ TEST(VaultFile, ThatCannotBeOpenedIsToldInWords) {
   const std::tuple<std::string, int, const char*> kRows[] = {
       {folder.file("both=and\"quote"), kVaultUnreachable, "quotation mark"},
       {"postgresql://localhost/vault", kVaultUnsupported, "PostgreSQL is not built in"},
+      {"postgres://localhost/vault", kVaultUnsupported, "PostgreSQL is not built in"},
       {"/dev/null/vault.db", kVaultUnreachable, "Not a directory"},
   };
   for (const auto& [setting, status, words] : kRows) {

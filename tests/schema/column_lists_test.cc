@@ -82,10 +82,16 @@ TEST(ColumnLists, CompareByNameAloneOrRefuseWhatWouldNotFit) {
 }
 
 TEST_F(UpdateTable, PlainWordsStandInTheStatementAsTheyAre) {
-  EXPECT_EQ(update({{"C_2$", "VARCHAR(20)"}, {"\xC3\xA4", ""}, {"order", "INT"}, {"x, y", "I)--"}}),
-            0);
-  EXPECT_EQ(statement(),
-            "CREATE TABLE t(a INT, C_2$ VARCHAR(20), \xC3\xA4, \"order\" INT, \"x, y\" \"I)--\")");
+  Texts columns = {{"C_2$", "VARCHAR(20)"}, {"\xC3\xA4", ""}, {"order", "INT"}, {"d", "D(10,2)"}};
+  std::string expected =
+      "CREATE TABLE t(a INT, C_2$ VARCHAR(20), \xC3\xA4, \"order\" INT, d D(10,2)";
+  for (const char* type :
+       {"I)--", "I()", "I(,2)", "I(1,)", "I(1,x)", "I(1x)", "I(2", "I(3)x", "I|"}) {
+    columns.emplace_back("x, " + std::to_string(columns.size()), type);
+    expected += ", \"" + columns.back().first + "\" \"" + type + '"';
+  }
+  EXPECT_EQ(update(columns), 0);
+  EXPECT_EQ(statement(), expected + ")");
 }
 
 TEST_F(UpdateTable, AFailureKeepsWhatWasAddedBefore) {
@@ -115,6 +121,12 @@ TEST_F(UpdateTable, RefusesAListBeforeItsFirstChange) {
   const test::Columns columns = make_columns({{"long", "INT"}});
   EXPECT_EQ(devcfg_upgrade_statements(columns.get(), fitting.c_str(), statements), 0);
   EXPECT_EQ(statements.at(1).size(), 1023U);
+  char* no_text[] = {nullptr};
+  for (table_info broken : {table_info{1, nullptr, nullptr},
+                            {1, columns->col_name, nullptr},
+                            {1, no_text, columns->col_type}}) {
+    EXPECT_EQ(devcfg_upgrade_statements(&broken, "t", statements), -1);
+  }
   EXPECT_EQ(devcfg_update_table(nullptr, path_.data(), path_.data()), -1);
   EXPECT_EQ(devcfg_update_table(columns.get(), nullptr, path_.data()), -1);
 }

@@ -81,7 +81,7 @@ TEST(LoadSchema, TellsWhyThereIsNoList) {
       BareSqlite(path).exec("CREATE TABLE t(a INT); CREATE TABLE n(n" + n +
                             "); CREATE TABLE w(a t" + t + "); CREATE TABLE fits(" + n + " " + t +
                             "); CREATE VIEW v AS SELECT 1; CREATE TABLE copy AS SELECT "
-                            "1 AS a"),
+                            "1 AS a; CREATE VIRTUAL TABLE boxes USING rtree(id, low, high, +name)"),
       0);
   const std::string none = "No target table in db: " + path, too_long = " is longer than 127 bytes";
   // File, table and message.
@@ -103,6 +103,8 @@ TEST(LoadSchema, TellsWhyThereIsNoList) {
   }
   EXPECT_EQ(test::texts_of(*load(path, "fits")), (Texts{{n, t}}));
   EXPECT_EQ(test::texts_of(*load(path, "copy")), (Texts{{"a", ""}}));
+  EXPECT_EQ(test::texts_of(*load(path, "boxes")),
+            (Texts{{"id", "INT"}, {"low", "REAL"}, {"high", "REAL"}, {"name", ""}}));
   EXPECT_EQ(devcfg_load_table_schema(nullptr, nullptr), nullptr);
   EXPECT_EQ(devcfg_load_table_schema(path.data(), nullptr), nullptr);
 }

@@ -1,5 +1,7 @@
 #include "tests/support/exported_calls.h"
 
+#include <dlfcn.h>
+
 #include <cstring>
 
 #include "tests/support/columns.h"
@@ -60,7 +62,9 @@ int filter_text(Own& own) {
   std::string text = "old", again = text;
   ft_filter_string(own.id.data(), text.data());
   ft_filter_string_bounded(own.id.data(), again.data(), again.size() + 1, report);
-  return text == "new" && again == "new" ? 1 : 0;
+  std::vector<rule> rules;
+  get_rule_list(own.id.data(), rules);
+  return text == "new" && again == "new" && rules.size() == 1 ? 1 : 0;
 }
 
 int apply_rules(Own&) {
@@ -85,14 +89,23 @@ int query(Own& own) {
   CSqlite db(own.database.c_str());
   char text[32] = "";
   char* copy = nullptr;
+  int number = 0;
+  long key = 0;
   const bool done = db.openDatabase(nullptr) && db.ExecSQL("DELETE FROM t") &&
                     db.ExecSQL("INSERT INTO t (a) VALUES ('one and the same text')", table_t) > 0 &&
                     db.Parametrized_ExecSQL("UPDATE t SET b = ?", "b", nullptr) &&
-                    db.QuerySQL("SELECT * FROM t WHERE b = 'b'") && db.QTotalRecords() == 1 &&
-                    db.QGetStringByName("a", text) && db.QGetStringByName1("a", &copy) &&
-                    std::strcmp(text, copy) == 0;
+                    db.QuerySQL("SELECT *, 7 AS n FROM t WHERE b = 'b'") &&
+                    db.QTotalRecords() == 1 && db.QGetStringByName("a", text) &&
+                    db.QGetStringByName1("a", &copy) && std::strcmp(text, copy) == 0 &&
+                    db.QGetIntegerByName("n", &number) && db.QGetLongByName("id", &key) &&
+                    db.getColumnIndex("n") == 3;
   std::free(copy);
-  return done ? 1 : 0;
+  db.QNext();
+  const bool ended = db.QEof();
+  db.QReset();
+  db.freeResult();
+  const bool counted = done && db.GetLastSequence(table_t) == key;
+  return db.closeDatabase() && counted && ended ? number : 0;
 }
 
 int upgrade(Own& own) {
@@ -116,6 +129,18 @@ int pack(Own&) {
   return devcfg_find_frame(frame, sizeof(frame), sizeof(payload), true).is_whole &&
          getCheckSum(received, sizeof(received), 0) == frame[sizeof(frame) - 2] &&
          devcfg_unpack_frame(frame, sizeof(frame), received, sizeof(received), nullptr) == 0;
+}
+
+int run_commands(Own&) {
+  return devcfg_restart_all() == 1 && devcfg_dev_reload_all() == 1 && devcfg_dev_load(id_a) == 1 &&
+         devcfg_dev_unload(id_a) == 1;
+}
+
+int receive_events(Own& own) {
+  return evtcfg_recv_notify_mortals(id_a, 0, nullptr, own.name, nullptr) +
+         evtcfg_recv_notify_access(id_a, id_a, nullptr, id_a, id_a, id_a, id_a, id_a, nullptr,
+                                   id_a) +
+         evtcfg_remove_event(id_a, nullptr, own.name);
 }
 
 int use_helpers(Own& own) {
@@ -169,9 +194,11 @@ const std::vector<Call> kExportedCalls = {
     {"change_lists", change_lists},
     {"apply_rules", apply_rules, 2002},
     {"escape", escape, 731},
-    {"query", query},
+    {"query", query, 7},
     {"upgrade", upgrade},
     {"pack", pack},
+    {"run_commands", run_commands},
+    CALL("receive_events", receive_events(own) + 1, 1, {}),
     {"use_helpers", use_helpers},
     {"devcfg_find_device_node", find_node, 1, {{"xmlcfg_get_str", 0}}},
     CALL("devcfg_preview_builtin", devcfg_preview_builtin(*std::make_unique<BuiltinChanges>()) + 1,
@@ -209,7 +236,6 @@ Own::Own(const ConfigFiles& files, const std::string& own_name)
       database(files.file(id + ".db")),
       name('"' + id + '"'),
       channels(R"([{"guid":"g","channel_index":4,"name":"n"}])"),
-      filters(R"([{"type":1,"target":"old","result":"new","name":5}])"),
       device(kCfgChange, write_tree(files.file(id), "device", kDeviceTree)),
       terminals(kCfgChange, write_tree(files.file(id + "t"), "terminal", "n/device_id=a")),
       events(kCfgChange, write_tree(files.file(id + "e"), "device_event_root", kEvents)) {
@@ -239,6 +265,13 @@ void write_fixed_files(const ConfigFiles& files) {
 }
 
 }  // namespace test
+
+// Instead of the service's programs, of which each would exit with 1.
+int vorn_exec(int zero_1, int zero_2, int zero_3, const char*, ...) {
+  static const auto platforms =
+      reinterpret_cast<decltype(&vorn_exec)>(dlsym(RTLD_NEXT, "vorn_exec"));
+  return platforms(zero_1, zero_2, zero_3, "/bin/false", nullptr);
+}
 
 // Instead of the event service.
 int aevt_remove_event(std::string) {

@@ -9,6 +9,8 @@
 
 namespace test {
 
+inline constexpr char kFilters[] = R"([{"type":1,"target":"old","result":"new","name":5}])";
+
 // What the calls work on. Each thread has its own; the vault database and the fixed paths, which
 // lead to `files`, are shared.
 struct Own {
@@ -16,7 +18,8 @@ struct Own {
 
   std::string id;        // of a stored data source
   std::string database;  // an SQLite file
-  Json name, channels, filters;
+  Json name, channels;
+  Json filters = Json(kFilters);
   Tree device, terminals, events;  // open trees
   void** rules;                    // a copy of the rule file
   ~Own() { xmltree_destroy(rules); }

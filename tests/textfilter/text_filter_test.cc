@@ -52,6 +52,7 @@ TEST(TextFilter, Table) {
     std::size_t messages = 0;
   };
   const std::string grown(1001, 'a');
+  const std::string misses = std::string(4'000, 'x') + "!" + std::string(4'000, 'x') + "!";
   const Row kRows[] = {
       {{{"x", ""}}, "axbxc", "abc", 3},
       {{{"ab", "b"}}, "aab", "ab", 1},
@@ -68,7 +69,7 @@ TEST(TextFilter, Table) {
       {{{"", "x"}, {"a", "b"}}, "a!", "b!", 2},
       {{{"a", "b"}}, "", "", 1},
       {{}, "text", "text", 0},
-      {{{std::string(9999, 'x'), "y"}}, std::string(4096, 'x') + "!", "yx!", 2},
+      {{{std::string(9999, 'x'), "y"}}, misses + std::string(4096, 'x') + "!", misses + "yx!", 2},
       {{{"\xC3", "\xFF\xFE"}}, "\xC3\xA4\x80\xC3", "\xFF\xFE\xA4\x80\xFF\xFE", 2},
       // From a capacity without room for the text to one with room for all. Nothing is done after a
       // stop.

@@ -113,16 +113,17 @@ TEST(ListDevices, GivesWholeDocuments) {
 }
 
 TEST(ListDevices, TellsTheLastReceiveTime) {
-  const std::tuple<std::int64_t, std::string, std::string> kRows[] = {
-      {999, "1970-01-01 08:00:00", "28800999"},
-      {-28'800'000, "1970-01-01 00:00:00", "0"},
-      {INT64_MAX, "292278994-08-17 15:12:55", "9223372036854775807"},
-      {INT64_MIN, "-292275055-05-17 00:53:05", "-9223372036825975808"},
+  const std::tuple<const char*, std::int64_t, std::string, std::string> kRows[] = {
+      {"Asia/Taipei", 999, "1970-01-01 08:00:00", "28800999"},
+      {"Asia/Taipei", -28'800'000, "1970-01-01 00:00:00", "0"},
+      {"Asia/Taipei", INT64_MAX, "292278994-08-17 15:12:55", "9223372036854775807"},
+      {"Asia/Taipei", INT64_MIN, "-292275055-05-17 00:53:05", "-9223372036825975808"},
+      {"UTC+8", INT64_MIN, "-292275055-05-16 08:47:05", "-9223372036854775808"},
   };
   const test::TempVault folder;
-  setenv("TZ", "Asia/Taipei", 1);
   test::OpenVault()->insert_data_source(test::data_source("x", 5));
-  for (const auto& [time, date, server_time] : kRows) {
+  for (const auto& [zone, time, date, server_time] : kRows) {
+    setenv("TZ", zone, 1);
     receive(folder, time);
     const std::string one = "\"last_recv_time_str\":\"" + std::to_string(time);
     const std::string all = "\"last_recv_date\":\"" + date + "\",\"server_time\":\"" + server_time;
