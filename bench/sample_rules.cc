@@ -71,9 +71,14 @@ void write_device(void* tree, int number, int filters, int rules) {
 }
 
 template <std::size_t kSize, typename... Names>
+void read_text(void** tree, char (&buffer)[kSize], Names... path) {
+  xmltree_get_str(tree, "", buffer, static_cast<int>(kSize), "filter", path..., nullptr);
+}
+
+template <std::size_t kSize, typename... Names>
 void copy_text(void** tree, char (&buffer)[kSize], Names... path) {
   std::memset(buffer, 0, kSize);
-  xmltree_get_str(tree, "", buffer, static_cast<int>(kSize), "filter", path..., nullptr);
+  read_text(tree, buffer, path...);
 }
 
 template <typename Use>
@@ -91,11 +96,11 @@ void copy_rules(void** tree, const char* device, const char* filter, std::vector
   for_each_name(list, [&](const char* name) {
     rule record;
     std::memset(&record, 0, sizeof(record));
-    copy_text(tree, record.name, device, filter, name, "name");
+    read_text(tree, record.name, device, filter, name, "name");
     record.type = xmltree_get_int(tree, -1, "filter", device, filter, name, "type", nullptr);
     record.enable = xmltree_get_int(tree, 0, "filter", device, filter, name, "enable", nullptr);
-    copy_text(tree, record.target, device, filter, name, "target");
-    copy_text(tree, record.result, device, filter, name, "result");
+    read_text(tree, record.target, device, filter, name, "target");
+    read_text(tree, record.result, device, filter, name, "result");
     rules.push_back(record);
   });
 }

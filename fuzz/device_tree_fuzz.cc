@@ -45,8 +45,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::require(!reader.is_open() || is_strict_xml(texts[0]), "what is opened is strict XML");
   add_device_node(changer.handle(), 3, texts[1].data());
   const bool stored = changer.store(path, value);
+  const std::string changed = read_devices(changer.handle());
   const bool closed = changer.close();
   const test::Tree saved(kCfgRead, file);
+  fuzz::require(read_devices(saved.handle()) == changed, "what is saved is the changed tree");
   fuzz::require(closed && saved.is_open() == reader.is_open(), "a change is saved");
   fuzz::require(!stored || saved.value(path) == value, "a value reads back unchanged");
   fuzz::require(!stored || is_strict_xml(test::read_file(file)), "as strict XML");

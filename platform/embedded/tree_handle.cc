@@ -112,7 +112,14 @@ bool TreeHandle::store(Names names, std::string_view value) {
 void TreeHandle::change(PathFinder::Found found, Names names, std::string_view value) {
   const bool is_there = found.depth == names.size();
   const bool changed = store_value(is_there ? found.element : create(found, names), value);
-  changed_ = changed_ || changed || !is_there;
+  if (changed || !is_there) {
+    note_change(found.element);
+  }
+}
+
+// `element`, which was there before, is changed or something below it.
+void TreeHandle::note_change(xml_node element) {
+  changed_.add(tree_->document.document_element(), element);
 }
 
 xml_node TreeHandle::create(PathFinder::Found found, Names names) {
@@ -130,9 +137,9 @@ bool TreeHandle::remove(Names names) {
   }
   finder_.forget();
   whole_ = false;
+  note_change(element.parent());
   drop_element(element);
   whole_ = true;
-  changed_ = true;
   return true;
 }
 
@@ -154,7 +161,7 @@ std::unique_ptr<TreeCopy> TreeHandle::copy(Names names) const {
 bool TreeHandle::save() {
   try {
     if (whole_) {
-      return !changed_ || write_changes();
+      return changed_.is_empty() || write_changes();
     }
   } catch (const std::bad_alloc&) {
     // Told below.
@@ -164,12 +171,12 @@ bool TreeHandle::save() {
 }
 
 bool TreeHandle::write_changes() {
-  const std::string text = tree_text(*tree_);
+  const TreeText text = tree_text(*tree_, changed_);
   if (text.size() > kMaxFileBytes) {
     orvane_log_debug("[cfgtree] saving %s failed: it would be larger than 64 MiB", path_.c_str());
     return false;
   }
-  return text == tree_->original || replace_file(path_, text, tree_->status);
+  return text.equals(tree_->original) || replace_file(path_, text, tree_->status);
 }
 
 bool TreeHandle::refuse(const char* what, Names names) const {

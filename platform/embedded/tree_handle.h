@@ -10,6 +10,7 @@
 #include "platform/embedded/file_lock.h"
 #include "platform/embedded/tree_file.h"
 #include "platform/embedded/tree_path.h"
+#include "platform/embedded/tree_text.h"
 
 namespace orvaneplatform {
 
@@ -56,6 +57,7 @@ class TreeHandle {
                                                std::optional<FileLock> lock);
 
   void change(PathFinder::Found found, Names names, std::string_view value);
+  void note_change(pugi::xml_node element);
   pugi::xml_node create(PathFinder::Found found, Names names);
   bool write_changes();
   bool refuse(const char* what, Names names) const;
@@ -65,7 +67,7 @@ class TreeHandle {
   std::optional<FileLock> lock_;
   std::shared_ptr<TreeFile> tree_;
   PathFinder finder_;
-  bool changed_ = false;
+  ChangedPart changed_;
   bool whole_ = true;  // false: memory ran out in the middle of a change
 };
 

@@ -7,7 +7,6 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstddef>
-#include <mutex>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -30,13 +29,14 @@ class TreePath {
   std::size_t depth_ = 0;
 };
 
-// Finds elements below a top element; the first one of a name counts. Remembers the last one found
-// on each level, since callers read many values below one element, and, in a tree that nobody
+// Finds elements below one top element; the first one of a name counts. Remembers the path of the
+// last search, since callers read many values below one element, and, in a tree that nobody
 // changes, looks up the children of the top element in a list sorted by name after a few searches.
-// Any number of threads may find at once, in a tree that none of them changes.
+// Any number of threads may find at once, in a tree that none of them changes: one of them has the
+// memory, the others search without.
 class PathFinder {
  public:
-  // `fixed`: the tree is not changed for as long as the finder lives, and it has one top element.
+  // `fixed`: the tree is not changed for as long as the finder lives.
   explicit PathFinder(bool fixed) : fixed_(fixed) {}
 
   struct Found {
@@ -46,26 +46,39 @@ class PathFinder {
   Found find(pugi::xml_node top, std::span<const char* const> names) const;
 
   // To be called before an element is removed.
-  void forget();
+  void forget() { memory_.depth = 0; }
 
  private:
-  pugi::xml_node find_child(pugi::xml_node parent, const char* name, std::size_t level) const;
-  pugi::xml_node find_below_top(pugi::xml_node top, const char* name) const;
-  void sort_children(pugi::xml_node top) const;
+  static constexpr std::size_t kRememberedLevels = 8;
+  static constexpr int kSearchesBeforeSorting = 4;
 
+  struct Step {
+    pugi::xml_node_struct* element;
+    const char* name;
+  };
   struct NamedChild {
     std::string_view name;
     pugi::xml_node element;
   };
-  static constexpr int kSearchesBeforeSorting = 4;
-  const bool fixed_;
-  mutable std::atomic<int> searches_ = 0;
-  mutable std::once_flag sorting_;
-  mutable std::atomic<std::size_t> next_ = 0;  // behind the last one found in `sorted_`
-  mutable std::vector<NamedChild> sorted_;     // the first of each name
+  struct Memory {
+    Found follow(std::span<const char* const> names);
+    void note(const Found& found);
+    pugi::xml_node find_below_top(pugi::xml_node top, const char* name);
+    void sort_children(pugi::xml_node top);
 
-  static constexpr std::size_t kRememberedLevels = 8;
-  mutable std::array<std::atomic<pugi::xml_node_struct*>, kRememberedLevels> last_ = {};
+    std::array<Step, kRememberedLevels> path;  // of the last search, from the top element on
+    std::size_t depth = 0;                     // of `path`
+    int searches = 0;                          // below the top element
+    std::vector<NamedChild> sorted;  // the children of the top element, first of each name
+    std::size_t next = 0;            // behind the last one found in `sorted`
+  };
+
+  static Found find_from(Found found, std::span<const char* const> names);
+  Found find_with_memory(pugi::xml_node top, std::span<const char* const> names) const;
+
+  const bool fixed_;
+  mutable std::atomic<bool> memory_is_used_ = false;
+  mutable Memory memory_;
 };
 
 }  // namespace orvaneplatform

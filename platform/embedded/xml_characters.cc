@@ -106,8 +106,9 @@ void append_until(const char* special, std::string_view text, std::string& value
   }
 }
 
-// How many bytes are summarised at once: few enough for a byte to count in.
-constexpr std::size_t kBlockBytes = 224;
+// How many bytes are summarised at once: few enough for a byte to count their tags, which have two
+// bytes at least. Text with more of them, as "<<<", is not well-formed: the parser refuses it.
+constexpr std::size_t kBlockBytes = 448;
 
 // A byte for each answer. Noted without branches: the compiler makes vector code of it.
 struct BlockSummary {
