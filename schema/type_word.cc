@@ -38,9 +38,9 @@ std::string WrittenTypes::word_of(std::string_view name, std::string_view declar
   token_ = tokens_.next();
   // The module of a virtual table declares types that its statement does not write.
   const bool is_written = token_.text != "," && token_.text != ")";
-  const std::string word = declared_type.empty() ? ""
-                           : is_written          ? read_word()
-                                                 : type_word(declared_type);
+  std::string word = declared_type.empty() ? ""
+                     : is_written          ? read_word()
+                                           : type_word(declared_type);
   pass_column();
   return word;
 }

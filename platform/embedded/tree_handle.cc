@@ -54,8 +54,10 @@ TreeHandle::TreeHandle(std::string path, TreeUse use, std::optional<FileLock> lo
       finder_(use == TreeUse::kRead) {}
 
 std::unique_ptr<TreeHandle> TreeHandle::open(const char* path, TreeUse use) {
-  return use == TreeUse::kChange ? open_to_change(path)
-                                 : with_tree(path, TreeUse::kRead, std::nullopt);
+  if (use == TreeUse::kChange) {
+    return open_to_change(path);
+  }
+  return with_tree(path, TreeUse::kRead, std::nullopt);
 }
 
 std::unique_ptr<TreeHandle> TreeHandle::open_to_change(const char* path) {
