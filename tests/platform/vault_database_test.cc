@@ -1,5 +1,3 @@
-#include <regex>
-
 #include "tests/support/vault_calls.h"
 
 using namespace metadata_vault;
@@ -29,42 +27,39 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
   ASSERT_EQ(log.size(), std::size(kRows));
   for (std::size_t i = 0; i < log.size(); ++i) {
     EXPECT_EQ(kRows[i].first, kRows[i].second) << i;
-    EXPECT_TRUE(log[i].starts_with("[vaultdb] ")) << log[i];
-    EXPECT_NE(log[i].find(" failed with status " + std::to_string(kRows[i].second) + ": "),
-              std::string::npos);
+    const std::string line = " failed with status " + std::to_string(kRows[i].second) + ": ";
+    EXPECT_TRUE(log[i].starts_with("[vaultdb] ") && log[i].find(line) < 40) << log[i];
   }
   EXPECT_EQ(vault->init(), 0) << "is open already";
   EXPECT_EQ(vault->insert_channel({"", "of nobody", 1, "g", "n"}), 0);
   std::vector<DataSource> found;
-  EXPECT_EQ(vault->query_data_source("a", "a", found) + vault->query_data_source("1", "a", found),
-            0);
-  EXPECT_EQ(found.size(), 1U);
+  EXPECT_EQ(vault->query_data_source("1", "a", found) + static_cast<int>(found.size()), 0);
   EXPECT_EQ(test::show(), before);
   EXPECT_EQ(vault->insert_data_source(data_source("128th", -1)), 0);
   EXPECT_EQ(vault->insert_data_source(data_source("more", -1)), kVaultFull);
 }
 
 TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
-  // G, I and N stand for the names of the three members.
+  // ^, # and * stand for the names of the three members.
   const std::pair<int, std::vector<std::string>> kRows[] = {
-      {0, {"[]", "[{G'g',I0,N''}]", "[{G'g',I2147483647,N'n','more':[]}]"}},
-      {kChannelListNotArray, {"", "{G'g',I0,N''}"}},
-      {kChannelNotObject, {"[null]", "[{G'g',I0,N''},[]]"}},
+      {0, {"[]", "[{^'g',#0,*''}]", "[{^'g',#2147483647,*'n','more':[]}]"}},
+      {kChannelListNotArray, {"", "{^'g',#0,*''}"}},
+      {kChannelNotObject, {"[null]", "[{^'g',#0,*''},[]]"}},
       {kChannelGuidInvalid,
-       {"[{I0,N''}]", "[{G'',I0,N''}]", "[{G7,I0,N''}]", "[{G'g\\u0000h',I0,N''}]"}},
+       {"[{#0,*''}]", "[{^'',#0,*''}]", "[{^7,#0,*''}]", "[{^'g\\u0000h',#0,*''}]"}},
       {kChannelIndexInvalid,
-       {"[{G'g',N''}]", "[{G'g',I-1,N''}]", "[{G'g',I'1',N''}]", "[{G'g',I1.0,N''}]",
-        "[{G'g',I2147483648,N''}]", "[{G'g',I18446744073709551615,N''}]"}},
-      {kChannelNameInvalid, {"[{G'g',I1}]", "[{G'g',I1,Nnull}]", "[{G'g',I1,N'\\u0000'}]"}},
-      {kChannelGuidRepeated, {"[{G'g',I1,N''},{G'g',I2,N''}]"}},
-      {kChannelIndexRepeated, {"[{G'g',I1,N''},{G'h',I1,N''}]"}},
+       {"[{^'g',*''}]", "[{^'g',#-1,*''}]", "[{^'g',#'1',*''}]", "[{^'g',#1.0,*''}]",
+        "[{^'g',#2147483648,*''}]", "[{^'g',#18446744073709551615,*''}]"}},
+      {kChannelNameInvalid, {"[{^'g',#1}]", "[{^'g',#1,*null}]", "[{^'g',#1,*'\\u0000'}]"}},
+      {kChannelGuidRepeated, {"[{^'g',#1,*''},{^'g',#2,*''}]"}},
+      {kChannelIndexRepeated, {"[{^'g',#1,*''},{^'h',#1,*''}]"}},
   };
-  const std::pair<const char*, const char*> kNames[] = {
-      {"G", "'guid':"}, {"N", "'name':"}, {"I", "'channel_index':"}, {"'", "\""}};
   for (const auto& [status, lists] : kRows) {
     for (std::string list : lists) {
-      for (const auto& [letter, text] : kNames) {
-        list = std::regex_replace(list, std::regex(letter), text);
+      for (const std::string member : {"^'guid':", "#'channel_index':", "*'name':"}) {
+        for (std::size_t at = 0; (at = list.find(member[0], at)) != std::string::npos;) {
+          list.replace(at, 1, member, 1, std::string::npos);
+        }
       }
       EXPECT_EQ(check_channel_list_valid(test::Json(list)), status) << list;
     }
