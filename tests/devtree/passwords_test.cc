@@ -9,8 +9,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kFresh = ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml";
-
 // Every call that a password may pass through, accepted and refused.
 void use(char* password, const test::ConfigFiles& files) {
   const std::string entry = R"({"channel_index":0,"type":1,"guid":"pa55-Word","name":"pa55-Word",)"
@@ -24,14 +22,13 @@ void use(char* password, const test::ConfigFiles& files) {
   }
   notify_camera_modified(password, password, 0);
   test::show(id);
-  void* tree = xmlcfg_open(kCfgChange, files.device_tree().c_str());
-  for (const char* top : {"device", "other"}) {
-    xmlcfg_set_str(tree, password, top, "device_000", "src_property_list", "pwd", nullptr);
-  }
+  test::Tree tree(kCfgChange, files.device_tree());
+  tree.store({"device", "device_000", "src_property_list", "pwd"}, password);
+  tree.store({"other", "pwd"}, password);
   TDeviceInfo info;
-  get_device(tree, 0, &info);
-  find_device_exist(tree, id);
-  xmlcfg_close(tree, true);
+  get_device(tree.handle(), 0, &info);
+  find_device_exist(tree.handle(), id);
+  tree.close();
   devcfg_check_builtin();
   aevt_remove_event(id);
 }
@@ -41,17 +38,15 @@ TEST(Passwords, StayInFilesOfTheirOwnerAndOutOfTheLog) {
   char password[] = "pa55-Word";
   const test::TempVault vault;
   const test::ConfigFiles files;
-  fs::create_directories(fs::path(kFresh).parent_path());
-  for (const std::string& file : {files.builtin_list(), files.device_tree()}) {
-    ASSERT_TRUE(initial_xml());
-    fs::rename(kFresh, file);
-    test::write_tree(file, "device", "no=1;builtin_0/plugin=pa55-Word");
-  }
+  const std::string fresh = ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml";
+  fs::create_directories(fs::path(fresh).parent_path());
+  ASSERT_TRUE(initial_xml());
+  fs::rename(fresh, files.device_tree());
+  test::write_tree(files.builtin_list(), "device", "no=1;builtin_0/plugin=pa55-Word");
   use(password, files);
   EXPECT_NE(test::read_file(files.device_tree()).find(password), std::string::npos);
-  for (const std::string& file :
-       {vault.database(), vault.file("events.db"), files.device_tree(), files.builtin_list()}) {
-    const bool is_tree = file.ends_with("xml");
+  for (const std::string& file : {vault.database(), vault.file("events.db"), files.device_tree()}) {
+    const bool is_tree = file == files.device_tree();
     for (const char* beside : {"", is_tree ? ".lock" : "-wal", is_tree ? "" : "-shm"}) {
       EXPECT_EQ(fs::status(file + beside).permissions(), fs::perms(0600)) << file << beside;
     }
