@@ -19,8 +19,7 @@ TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
   };
   const test::TempVault folder;
   test::add("a");
-  char a[] = "a";
-  char none[] = "none";
+  char a[] = "a", none[] = "none";
   for (const auto& [list, result, stored] : kRows) {
     test::take_log();
     EXPECT_EQ(devcfg_modify_filter(a, test::Json(list)), result) << list;
@@ -31,18 +30,14 @@ TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
   std::vector<metadata_vault::Filter> found;
   EXPECT_EQ(test::OpenVault()->query_filter(none, found), 0);
   EXPECT_EQ(found.size(), 2U);
+  bool has_token = true;
+  EXPECT_EQ(devcfg_check_filter_token(nullptr, nullptr) + devcfg_clear_filter_token(nullptr), 0);
+  EXPECT_EQ(devcfg_check_filter_token(nullptr, &has_token), 0);
+  EXPECT_FALSE(has_token);
   test::take_log();
   EXPECT_EQ(devcfg_modify_filter(nullptr, test::Json("[]")), kDevcfgVaultIdMissing);
   const std::string line = "[devcfg](devcfg_modify_filter:N) Vault ID=(null) doesn't exist";
   EXPECT_EQ(test::take_log(), std::vector{line});
-}
-
-TEST(FilterTokens, AreNone) {
-  bool has_token = true;
-  EXPECT_EQ(devcfg_check_filter_token(nullptr, nullptr), 0);
-  EXPECT_EQ(devcfg_check_filter_token(nullptr, &has_token), 0);
-  EXPECT_FALSE(has_token);
-  EXPECT_EQ(devcfg_clear_filter_token(nullptr), 0);
 }
 
 TEST(Cameras, ChangesReachEveryDataSource) {
@@ -58,14 +53,10 @@ TEST(Cameras, ChangesReachEveryDataSource) {
               R"({"guid":"CAM","channel_index":2,"name":"other"}])");
   }
   test::OpenVault()->insert_channel({"", "a", 9, "", "none"});
-  char cam[] = "cam";
-  char name[] = "%s";
-  char empty[] = "";
-  for (const auto& [guid, to] : {std::pair(static_cast<char*>(nullptr), name),
-                                 {empty, name},
-                                 {cam, static_cast<char*>(nullptr)}}) {
-    EXPECT_EQ(notify_camera_modified(guid, to, 0), -1);
-  }
+  char cam[] = "cam", name[] = "%s", empty[] = "";
+  EXPECT_EQ(notify_camera_modified(nullptr, name, 0), -1);
+  EXPECT_EQ(notify_camera_modified(empty, name, 0), -1);
+  EXPECT_EQ(notify_camera_modified(cam, nullptr, 0), -1);
   EXPECT_EQ(notify_camera_modified(name, name, 0), 0);
   EXPECT_EQ(notify_camera_removed(nullptr) + notify_camera_removed(name), 0);
   EXPECT_EQ(channels(), "2CAMother 8camold 9none 2CAMother 8camold");
@@ -75,22 +66,14 @@ TEST(Cameras, ChangesReachEveryDataSource) {
   EXPECT_EQ(channels(), "2CAMother 2CAMother");
 }
 
-static void receive(const test::TempVault& folder, std::int64_t time_ms) {
-  test::run_sql(folder.database(), "UPDATE data_source SET last_recv_time = CAST('" +
-                                       std::to_string(time_ms) +
-                                       "' AS INTEGER) WHERE list_index = 5");
-}
-
-TEST(ListDevices, GivesWholeDocuments) {
+TEST(ListDevices, GivesWholeDocumentsWithTheLastReceiveTime) {
   const test::TempVault folder;
-  setenv("TZ", "Asia/Taipei", 1);
   EXPECT_EQ(test::show(), R"({"vault_list":[]})");
   EXPECT_EQ(test::show("x"), R"({"vault_list":[]})");
   test::OpenVault vault;
   vault->insert_data_source(test::data_source("b", 5));
   vault->insert_data_source(test::data_source("a", 2));
   vault->insert_data_source(test::data_source("c", -1));
-  receive(folder, 1'700'000'000'123);
   vault->insert_channel({"", "a", 30, "g30", "n"});
   vault->insert_channel({"", "a", 4, "g4", "m"});
   vault->insert_filter({"", "a", -7, "z", "x/y", "later"});
@@ -99,36 +82,34 @@ TEST(ListDevices, GivesWholeDocuments) {
                             R"({"type":2,"target":"a","result":"","name":"b"}],)"
                             R"("channel_guid_list":[{"channel_index":4,"guid":"g4","name":"m"},)"
                             R"({"channel_index":30,"guid":"g30","name":"n"}]})";
-  const std::string a = R"({"vault_id":"a","vault_name":"name of a","description":"","type":"",)"
-                        R"("index":2,"enable":true,"status":{"last_recv_)";
-  EXPECT_EQ(test::show("a"), "{\"vault_list\":[" + a + R"(time_str":""},)" + lists + "]}");
-  EXPECT_EQ(test::show(),
-            R"({"vault_list":[{"vault_id":"c","vault_name":"name of c","description":"","type":"",)"
-            R"("index":-1,"enable":true,"status":{"last_recv_date":""},"filter":[],)"
-            R"("channel_guid_list":[]},)" +
-                a + R"(date":""},)" + lists +
-                R"(,{"vault_id":"b","vault_name":"name of b","description":"","type":"",)"
-                R"("index":5,"enable":true,"status":{"last_recv_date":"2023-11-15 06:13:20",)"
-                R"("server_time":"1700028800123"},"filter":[],"channel_guid_list":[]}]})");
-}
-
-TEST(ListDevices, TellsTheLastReceiveTime) {
+  const auto start_of = [](const std::string& id, const std::string& index) {
+    return R"({"vault_id":")" + id + R"(","vault_name":"name of )" + id +
+           R"(","description":"","type":"","index":)" + index +
+           R"(,"enable":true,"status":{"last_recv_)";
+  };
+  const std::string none = R"("filter":[],"channel_guid_list":[]},)";
+  EXPECT_EQ(test::show("a"), std::string(R"({"vault_list":[)") + start_of("a", "2") +
+                                 R"(time_str":""},)" + lists + "]}");
   const std::tuple<const char*, std::int64_t, std::string, std::string> kRows[] = {
+      {"Asia/Taipei", 1'700'000'000'123, "2023-11-15 06:13:20", "1700028800123"},
       {"Asia/Taipei", 999, "1970-01-01 08:00:00", "28800999"},
       {"Asia/Taipei", -28'800'000, "1970-01-01 00:00:00", "0"},
       {"Asia/Taipei", INT64_MAX, "292278994-08-17 15:12:55", "9223372036854775807"},
       {"Asia/Taipei", INT64_MIN, "-292275055-05-17 00:53:05", "-9223372036825975808"},
       {"UTC+8", INT64_MIN, "-292275055-05-16 08:47:05", "-9223372036854775808"},
   };
-  const test::TempVault folder;
-  test::OpenVault()->insert_data_source(test::data_source("x", 5));
-  for (const auto& [zone, time, date, server_time] : kRows) {
+  for (const auto& [zone, time_ms, date, server_time] : kRows) {
     setenv("TZ", zone, 1);
-    receive(folder, time);
-    const std::string one = "\"last_recv_time_str\":\"" + std::to_string(time);
-    const std::string all = "\"last_recv_date\":\"" + date + "\",\"server_time\":\"" + server_time;
-    EXPECT_NE(test::show("x").find("\"status\":{" + one + "\"},"), std::string::npos);
-    EXPECT_NE(test::show().find("\"status\":{" + all + "\"},"), std::string::npos);
+    const std::string time = std::to_string(time_ms);
+    test::run_sql(folder.database(), "UPDATE data_source SET last_recv_time = CAST('" + time +
+                                         "' AS INTEGER) WHERE list_index = 5");
+    EXPECT_NE(test::show("b").find(R"({"last_recv_time_str":")" + time + "\"},"),
+              std::string::npos);
+    EXPECT_EQ(test::show(), std::string(R"({"vault_list":[)") + start_of("c", "-1") +
+                                R"(date":""},)" + none + start_of("a", "2") + R"(date":""},)" +
+                                lists + "," + start_of("b", "5") + R"(date":")" + date +
+                                R"(","server_time":")" + server_time +
+                                R"("},"filter":[],"channel_guid_list":[]}]})");
   }
   int code = 0;
   EXPECT_EQ(devcfg_get_device(nullptr, &code), nullptr);
