@@ -1,11 +1,9 @@
-# order.awk -v root=FOLDER -v acknowledged=COUNT TRACE (of strace -f -y): fails unless below FOLDER
-#  - what is written is synchronised before a program acknowledges (writes to its standard output, or
-#    ends), and so is the folder of every new name;
-#  - a file is synchronised before it takes another one's name;
-#  - a database is written only after its log is synchronised, and the log again only after the
-#    database is; a journal that is not needed any more is gone for good;
-# and unless there are COUNT acknowledgements. What SQLite keeps in shared memory (-shm) and the lock
-# files hold nothing to be kept.
+# order.awk -v root=FOLDER -v acknowledged=COUNT TRACE (of strace -f -y): fails unless there are
+# COUNT acknowledgements (writes to standard output), and below FOLDER
+#  - what is written, and the folder of a new name, is synchronised before that and before the end,
+#  - a file before it takes another one's name, a database's log before the database and the other
+#    way round; a journal that is not needed any more is gone for good.
+# Shared memory (-shm) and lock files hold nothing to be kept.
 function fail(what) { print "line " NR ": " what ": " $0; failed = 1 }
 function folder_of(path) { sub(/\/[^\/]*$/, "", path); return path }
 function entered(path) { known[path] = 1; unsynchronised[folder_of(path)] = path }

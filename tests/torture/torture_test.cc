@@ -12,73 +12,48 @@ namespace {
 
 using namespace test;
 
-// A list of two channels, or of two filters.
-std::string list_of(const std::string& value, const std::string& key) {
-  const std::string text = R"("name":"",")" + key + "\":\"" + value;
-  return R"([{"channel_index":0,)" + text + R"(0"},{"channel_index":1,)" + text + "1\"}]";
-}
-
-// A record is the name, the guids of the channels, the targets of the filters. The writers meet the
-// limit of 128 data sources again and again.
+// A record is the name and the guids of the channels.
 class VaultStore {
  public:
-  enum Kind { kAdd, kRemove, kRename, kChannels, kFilters, kKinds };
+  enum Kind { kAdd, kRemove, kRename, kChannels, kKinds };
 
-  VaultStore() {
-    const OpenVault created;
-    run_sql(folder_.database(),
-            "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 118) "
-            "INSERT INTO data_source SELECT NULL, 'other' || i, '', i, 1, i, '', 0 FROM n");
-  }
-
-  Answer make(const Change& change) const {
+  bool make(const Change& change) const {
     auto [id, kind, value] = change;
-    const std::string list = list_of(value, kind == kFilters ? "target" : "guid");
+    const std::string list = R"([{"name":"","channel_index":0,"guid":")" + value +
+                             R"(0"},{"name":"","channel_index":1,"guid":")" + value + "1\"}]";
+    const Edits edits = {kind == kRename ? '"' + value + '"' : "", "", "",
+                         kind == kChannels ? list : ""};
     std::vector<int> indexes;
-    const int code = kind == kAdd        ? add(id, value, list)
-                     : kind == kRemove   ? devcfg_remove_device(id.data(), nullptr, nullptr)
-                     : kind == kRename   ? modify(id, {'"' + value + '"', "", "", ""}, indexes)
-                     : kind == kChannels ? modify(id, {"", "", "", list}, indexes)
-                                         : devcfg_modify_filter(id.data(), Json(list));
-    if (code == metadata_vault::kVaultIndexTaken) {
-      return make(change);
-    }
-    const bool full = code == kDevcfgVaultListFull || code == metadata_vault::kVaultFull;
-    return code == 0 ? kDone : full ? kFull : kFailed;
+    const int code = kind == kAdd      ? add(id, value, list)
+                     : kind == kRemove ? devcfg_remove_device(id.data(), nullptr, nullptr)
+                                       : modify(id, edits, indexes);
+    return code == metadata_vault::kVaultIndexTaken ? make(change) : code == 0;
   }
 
   std::vector<Record> steps(const Record& before, const Change& change) const {
     const auto& [id, kind, value] = change;
     if (kind == kRemove || kind == kRename) {
-      return {kind == kRemove ? Record() : Record{value, before[1], before[2]}};
+      return {kind == kRemove ? Record() : Record{value, before[1]}};
     }
-    std::vector<Record> seen(3, kind == kAdd ? Record{value, "", ""} : before);
-    const std::size_t place = kind == kFilters ? 2 : 1;
-    seen[0][place] = "";
-    seen[1][place] = value + "0,";
-    seen[2][place] = value + "0," + value + "1,";
-    return seen;
+    const std::string name = kind == kAdd ? value : before[0], first = value + "0,";
+    return {{name, ""}, {name, first}, {name, first + value + "1,"}};
   }
 
   State read() const {
     State state;
     std::set<int> indexes;
     for (const auto& source : stored()) {
-      Record& record = state[source.vault_id] = {source.vault_name, "", ""};
+      Record& record = state[source.vault_id] = {source.vault_name, ""};
       for (const auto& channel : source.channel_guid_list) {
         record[1] += channel.guid + ",";
       }
-      for (const auto& filter : source.filter) {
-        record[2] += filter.target + ",";
-      }
       EXPECT_TRUE(indexes.insert(source.index).second && indexes.size() == state.size());
     }
-    EXPECT_LE(state.size(), 128U);
-    const std::string lists = "(SELECT vault_id FROM channel UNION SELECT vault_id FROM filter) ";
-    EXPECT_EQ(
-        run_sql(folder_.database(), "PRAGMA integrity_check; SELECT vault_id FROM " + lists +
-                                        "WHERE vault_id NOT IN (SELECT vault_id FROM data_source)"),
-        "ok");
+    EXPECT_EQ(run_sql(folder_.database(), "PRAGMA integrity_check"), "ok");
+    EXPECT_EQ(run_sql(folder_.database(),
+                      "SELECT count(*) FROM channel WHERE vault_id NOT IN "
+                      "(SELECT vault_id FROM data_source)"),
+              "0");
     return state;
   }
 
@@ -86,54 +61,41 @@ class VaultStore {
   const TempVault folder_;
 };
 
-const Path kList = {"device", "device_node_list"};
-
-std::string node_of(const std::string& id) { return "device_0" + ("0" + id).substr(id.size() - 1); }
-
-// A record is a node's description. The notes make the file large enough to be caught half-written.
+// A record is two values of a node. What stands between them makes the file large enough to be
+// caught half-written.
 class TreeStore {
  public:
   enum Kind { kAdd, kRemove, kChange, kKinds };
 
   TreeStore() { write_file(file_, ""); }
 
-  Answer make(const Change& change) const {
+  bool make(const Change& change) const {
     Tree tree(kCfgChange, file_);
-    const std::string node = node_of(change.id);
-    char top[] = "device";
-    bool done = false;
-    if (change.kind == kRemove) {
-      std::string list = tree.value(kList) + ",";
-      list.erase(list.find(node), node.size() + 1);
-      done = tree.remove({top, node}) && tree.store(kList, list.substr(0, list.rfind(',')));
-    } else {
-      done = tree.store({top, node, "device_id"}, change.id) &&
-             tree.store({top, node, "description"}, change.value) &&
-             tree.store({top, node, "notes"}, std::string(6'000, '&')) &&
-             (change.kind != kAdd || add_device_node(tree.handle(), std::stoi(change.id), top));
-    }
-    return done && tree.close() ? kDone : kFailed;
+    const Path node = {"device", "n" + change.id};
+    const auto store = [&](const char* name, const std::string& value) {
+      return tree.store({node[0], node[1], name}, value);
+    };
+    return (change.kind == kRemove
+                ? tree.remove(node)
+                : store("first", change.value) && store("notes", std::string(6'000, '&')) &&
+                      store("last", change.value)) &&
+           tree.close();
   }
 
   std::vector<Record> steps(const Record&, const Change& change) const {
-    return {change.kind == kRemove ? Record() : Record{change.value}};
+    return {change.kind == kRemove ? Record() : Record{change.value, change.value}};
   }
 
   State read() const {
     const Tree tree(kCfgRead, file_);
     EXPECT_TRUE(tree.is_open());
-    std::string list = tree.value(kList) + ",";
     State state;
     for (int number = 0; number < 13; ++number) {
-      TDeviceInfo info;
-      if (get_device(tree.handle(), number, &info)) {
-        state[info.device_id] = {info.description};
-        const std::size_t place = list.find(node_of(info.device_id) + ",");
-        EXPECT_NE(place, std::string::npos);
-        list.erase(place, 11);
-      }
+      const std::string id = std::to_string(number);
+      const Record record = {tree.value({"device", "n" + id, "first"}),
+                             tree.value({"device", "n" + id, "last"})};
+      record[0] != "(none)" ? void(state[id] = record) : void();
     }
-    EXPECT_TRUE(list.empty() || list == "," || list == "(none),") << list;
     for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
       EXPECT_TRUE(entry.path() == file_ || entry.path() == file_ + ".lock") << entry.path();
     }
