@@ -50,7 +50,8 @@ ssize_t read_fully(int file, char* buffer, std::size_t size_bytes) {
 
 FileTraits traits_of(std::string_view text) {
   FileTraits traits;
-  traits.declaration_first = text.starts_with("<?xml") && text.size() > 5 && text[5] != '-';
+  // Behind a longer name it is another instruction.
+  traits.declaration_first = text.starts_with("<?xml") && text.find_first_of(" \t\r\n?", 5) == 5;
   traits.cdata_end = text.find("]]>") != std::string_view::npos;
   const std::size_t declared = traits.declaration_first ? text.find("?>") : 0;
   const std::size_t body = std::min(declared, text.size());

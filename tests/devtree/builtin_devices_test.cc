@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <random>
+#include <set>
+
 #include "tests/support/config_files.h"
 #include "tests/support/library.h"
 
@@ -131,5 +135,43 @@ TEST(CheckBuiltin, Limits) {
     BuiltinChanges changes;
     EXPECT_EQ(devcfg_preview_builtin(changes), result);
     EXPECT_TRUE(changes.removed.empty() && changes.added.empty());
+  }
+}
+
+TEST(CheckBuiltin, KeepsTheUsersNodesOfGeneratedPairs) {
+  std::mt19937 random(41);
+  for (int round = 0; round < 300; ++round) {
+    const ConfigFiles files;
+    write_entries(files, std::string("0,1,2,3,4,5").substr(random() % 6 * 2UL));
+    std::string list = "device_node_list=x", values;
+    std::set<std::string> users = {"x"};
+    for (const int number : {7, 3, 0, 1, 4, 2, 9}) {
+      const std::string node = "device_00" + std::to_string(number);
+      const bool is_users = random() % 2 == 0;
+      if (random() % 3 != 0) {
+        list += (random() % 4 == 0 ? ",," : ",") + node;
+        values += ";" + node + "/qid=" + std::to_string(random() % 9) + ";" + node +
+                  "/enable=false;" + node + "/builtin=" + (is_users ? "no" : "YES");
+        users.insert(is_users ? node : "x");
+      }
+    }
+    test::write_tree(files.device_tree(), "device", list + values);
+    const auto read_users = [&] {
+      std::string read;
+      for (const std::string& node : users) {
+        for (const char* key : {"/qid", "/enable", "/builtin", "/brand"}) {
+          read += value_at(files, node + key) + "|";
+        }
+      }
+      return read;
+    };
+    const std::string before = read_users();
+    EXPECT_EQ(devcfg_check_builtin(), 0);
+    EXPECT_EQ(read_users(), before);
+    const auto listed = split(value_at(files, "device_node_list"), ',');
+    EXPECT_TRUE(std::all_of(users.begin(), users.end(), [&](const std::string& node) {
+      return std::count(listed.begin(), listed.end(), node) == 1;
+    })) << list;
+    expect_second_run_changes_nothing(files);
   }
 }

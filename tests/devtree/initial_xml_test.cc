@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/library.h"
 
@@ -20,4 +22,12 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   EXPECT_TRUE(initial_xml());
   EXPECT_EQ(test::read_file(file), "<device/>");
   EXPECT_EQ(test::take_log().size(), 1U) << "the missing file only";
+
+  std::filesystem::remove(file);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([] { EXPECT_TRUE(initial_xml()); });
+  }
+  std::for_each(threads.begin(), threads.end(), [](std::thread& thread) { thread.join(); });
+  EXPECT_EQ(test::read_file(file), "<?xml version=\"1.0\"?>") << "many at once";
 }
