@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -34,13 +35,14 @@ struct Step {
 struct CommandVault : TempFolder {
   std::string database() const { return file("vault.db"); }
 
-  // Runs a shell command, by default devcfg ("$devcfg"), with these words behind it in the folder
-  // examples/shop.
+  // Runs devcfg with these words of a shell, behind the shell's `limits`, in the folder
+  // examples/shop. For the superuser the permissions of files count only without two capabilities.
   Outcome devcfg(const std::string& words, const std::string& input = "",
-                 const std::string& command = "\"$devcfg\"") const {
-    const std::string shop = "cd '" ORVANEIP_SOURCE_DIR "/examples/shop'; ";
-    return run("bash", {"-c", shop + command + " " + words}, input,
-               {"ORVANE_VAULT=" + database(), "devcfg=" ORVANEIP_DEVCFG});
+                 const std::string& limits = "") const {
+    const std::string shop = "cd '" ORVANEIP_SOURCE_DIR "/examples/shop'; " + limits;
+    const std::string drop = "setpriv --bounding-set=-dac_override,-dac_read_search ";
+    return run("bash", {"-c", shop + (geteuid() == 0 ? drop : "") + ORVANEIP_DEVCFG " " + words},
+               input, {"ORVANE_VAULT=" + database()});
   }
 
   void check(const std::vector<Step>& steps) const {

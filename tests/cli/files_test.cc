@@ -1,58 +1,37 @@
-// The files that the command reads and writes, and the demonstration.
+// The files that the command reads and writes, vaults that fail, and the demonstration.
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
 #include "tests/cli/command.h"
-
-namespace {
+#include "tests/support/bare_sqlite.h"
 
 using test::CommandVault;
 namespace fs = std::filesystem;
 
-auto files_in(const std::string& folder) {
-  return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
-}
-
-}  // namespace
-
 TEST(CommandFiles, JsonThatCannotBeRead) {
   const CommandVault vault;
   const std::string begin = "devcfg: cannot read standard input: ";
+  test::write_file(vault.file("x.json"), "[");
   vault.check({
-      {"import -", 1, begin + "line 1, column 2", "["},
       {"import -", 1, begin + "line 2, column 12", "[\n  {\"guid\": }\n]"},
-      {"import -", 1, begin + "line 1, column 4", "[1,]"},
       {"import -", 1, begin + "line 1, column 4", "[] // text"},
       {"import -", 1, begin + "line 2, column 1: a NUL byte", std::string("[\n\0]", 4)},
       {"import -", 1, "nesting too deep", std::string(40, '[')},
       {"import -", 1, begin + "it is larger than 16 MiB", std::string((16U << 20) + 2, ' ')},
+      {"import " + vault.file("x.json"), 1, "/x.json: line 1, column 2"},
+      {"import " + vault.path(), 1, "Is a directory"},
   });
-  test::write_file(vault.file("x.json"), "[");
-  vault.check({{"import " + vault.file("x.json"), 1, "/x.json: line 1, column 2"},
-               {"import " + vault.path(), 1, "Is a directory"},
-               {"import " + vault.file("none"), 1, "No such file"}});
 }
 
-TEST(CommandFiles, ADeviceTreeWithNodesOfAnyName) {
-  const CommandVault vault;
-  const std::string file = vault.file("tree.xml");
-  test::write_file(file,
-                   "<device><device_node_list>tills_012,camera,NULL,,007</device_node_list>"
-                   "<tills_012><device_id>T</device_id></tills_012></device>");
-  vault.check({{"tree nodes --file '" + file + "'", 0, "tills_012 12     T "},
-               {"tree nodes --file '" + file + "'", 0, "\ncamera "},
-               {"tree find T --file '" + file + "'", 0, "tills_012\n"},
-               {"tree show tills_012 --file '" + file + "'", 0, "id           T\n"}});
-}
-
-TEST(CommandFiles, ExportReplacesAFileInOneStep) {
+TEST(CommandFiles, ExportReplacesAFileInOneStepOrLeavesIt) {
   const CommandVault vault;
   vault.import_shop();
   const test::TempFolder folder;
-  const std::string file = folder.file("backup.json");
-  const std::string link = folder.file("link.json");
+  const std::string file = folder.file("backup.json"), link = folder.file("link.json");
   test::write_file(file, "old");
   fs::create_symlink(file, link);
   std::ifstream old_file(file);
@@ -61,33 +40,85 @@ TEST(CommandFiles, ExportReplacesAFileInOneStep) {
     EXPECT_EQ(test::read_file(name), vault.content());
     EXPECT_EQ(fs::status(name).permissions(), fs::perms{0600});
   }
-  EXPECT_TRUE(fs::is_symlink(link));
   std::string text;
   EXPECT_TRUE(old_file >> text && text == "old");  // who has it open keeps the old content
-  vault.check({{"export " + folder.path(), 1, "not a regular file"},
-               {"export /dev/full", 1, "not a regular file"},
-               {"export " + folder.file("no/x"), 1, "No such file"}});
-  EXPECT_EQ(files_in(folder.path()), 3);
-}
-
-TEST(CommandFiles, AFailedWriteIsToldAndLeavesTheOldFile) {
-  const CommandVault vault;
-  vault.import_shop();
   // More than the limit below, which the log of the vault itself needs.
   const std::string large = test::replaced(vault.content(), "Till 1", std::string(100'000, 'n'));
-  const std::string file = vault.file("folder/backup.json");
-  fs::create_directory(vault.file("folder"));
-  test::write_file(file, "old");
-  vault.check({{"import - --replace", 0, "4 added", large}});
-  const test::Outcome full =
-      vault.devcfg("export " + file, "", "trap '' XFSZ; ulimit -f 64; \"$devcfg\"");
+  vault.check({{"export " + folder.path(), 1, "not a regular file"},
+               {"export " + folder.file("no/x"), 1, "No such file"},
+               {"import - --replace", 0, "4 added", large}});
+  const std::string before = test::read_file(file);
+  const test::Outcome full = vault.devcfg("export " + link, "", "trap '' XFSZ; ulimit -f 64; ");
   EXPECT_EQ(full.exit_status, 1);
-  test::expect_part(full.errors, "backup.json: File too large");
-  EXPECT_EQ(test::read_file(file), "old");
-  EXPECT_EQ(files_in(vault.file("folder")), 1);
+  test::expect_part(full.errors, "json: File too large");
+  EXPECT_EQ(test::read_file(file), before);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
+  EXPECT_TRUE(fs::is_symlink(link));
   for (const std::string command : {"list", "list --json", "export", "--help", "--version"}) {
     vault.check({{command + " >/dev/full", 1, "cannot write to standard output: "},
                  {command + " >&-", 1, "cannot write to standard output: "}});
+  }
+}
+
+TEST(BadVault, WhatCannotBeReadOrWrittenIsToldAndNotChanged) {
+  const std::string reason = "devcfg: the vault cannot be opened: ";
+  const CommandVault vault;
+  vault.import_shop();
+  const std::string before = vault.content();
+  const std::string garbage = "This is no database.\n" + std::string(4096, '\xE5');
+  const std::vector<std::string> reads = {"list", "show till-1 --json", "export",
+                                          "import shop.json --replace --dry-run"};
+  const std::vector<std::string> changes = {"add --type t --name n", "modify till-1 --disable",
+                                            "remove till-1", "camera removed cam-yard"};
+  const auto check = [&](const std::vector<std::string>& commands, int status,
+                         const std::string& text) {
+    for (const std::string& words : commands) {
+      vault.check({{words, status, text}});
+    }
+  };
+  chmod(vault.database().c_str(), 0);
+  check(reads, 1, reason + "the vault database cannot be opened");
+  chmod(vault.database().c_str(), 0400);
+  check(reads, 0, "till-1");
+  check(changes, 1, "devcfg: ");
+  chmod(vault.database().c_str(), 0600);
+  EXPECT_EQ(vault.content(), before);
+  test::write_file(vault.database(), garbage);
+  check(reads, 1, reason + "the file is damaged or not a vault database (result 9)");
+  check(changes, 1, reason + "the file is damaged or not a vault database (result 9)");
+  EXPECT_EQ(test::read_file(vault.database()), garbage);
+}
+
+// A trigger lets one kind of write fail.
+TEST(BadVault, AChangeThatDidNotArriveIsToldAndAFailedImportTakenBack) {
+  const CommandVault vault;
+  vault.import_shop();
+  const std::string before = vault.content();
+  std::string document = before;
+  for (const std::string id : {"till-1\"", "door-staff\"", "plates-yard\"", "till-2\""}) {
+    document = test::replaced(document, '"' + id, "\"new-" + id);
+  }
+  const std::string import = "import --replace -";
+  const std::string kRows[][3] = {
+      {"INSERT ON data_source", "add new --type t --name n", "the data source was not added"},
+      {"INSERT ON channel", "add new --type t --name n --channel 0:a:b", "added"},
+      {"UPDATE ON data_source", "modify till-1 --description New",
+       "the change of \"till-1\" did not arrive in the vault; --log tells why"},
+      {"DELETE ON data_source", "remove till-1 till-2", "did not arrive"},
+      {"INSERT ON filter", "filters set till-1 filters-door-staff.json", "did not arrive"},
+      {"DELETE ON channel", "camera removed cam-yard", "did not arrive"},
+      {"UPDATE ON channel", "camera renamed cam-yard New", "the new name of camera"},
+      {"DELETE ON data_source WHEN OLD.list_index = 2", import, "until then: "},
+      {"INSERT ON data_source WHEN NEW.vault_id = 'new-door-staff'", import, "until then: "},
+      {"INSERT ON filter WHEN NEW.vault_id = 'new-till-2'", import, "until then: "},
+  };
+  for (const auto& [event, words, reason] : kRows) {
+    const CommandVault failing;
+    failing.check({{"import -", 0, "4 added", before}});
+    test::BareSqlite(failing.database())
+        .exec("CREATE TRIGGER failing BEFORE " + event + " BEGIN SELECT RAISE(ABORT, 'no'); END");
+    failing.check({{words, 1, reason, document}});
+    EXPECT_TRUE(words != import || failing.content() == before) << event;
   }
 }
 
