@@ -1,5 +1,5 @@
-// The system calls under the tree's file, the device tree's first file and the vault database fail
-// one by one: this program's definitions come before those of the C library.
+// The system calls below the library fail one by one, under a tree's file, the device tree's first
+// file and databases: this program's definitions come before those of the C library.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,21 +13,31 @@
 #include <set>
 
 #include "tests/platform/run_sql.h"
-#include "tests/support/config_tree.h"
-#include "tests/support/vault_calls.h"
+#include "tests/support/exported_calls.h"
 
-static long left = -1;  // calls until one fails; below 0: none does
-static int failure = 0;
-static std::string failed;
+namespace {
 
-static bool fails(const char* call) {
-  if (left < 0 || left-- > 0) {
+struct Failing {
+  int error;
+  bool lasts = false;   // all calls after the first that failed fail too
+  bool writes = false;  // only calls that take room on the disk do
+  long left = 0;        // calls until one fails; below 0: none does
+};
+Failing failing{0, false, false, -1};
+std::string failed;
+
+bool fails(const std::string& call) {
+  const bool takes_room = call.find("write") != std::string::npos;
+  if (failing.left < 0 || (failing.writes && !takes_room) || failing.left-- > 0) {
     return false;
   }
+  failing.left = failing.lasts ? 0 : -1;
   failed = call;
-  errno = failure;
+  errno = failing.error;
   return true;
 }
+
+}  // namespace
 
 #define FAILING(answer, name, parameters, ...)                                                   \
   extern "C" [[gnu::visibility("default")]] answer name parameters {                             \
@@ -45,55 +55,55 @@ FAILING(int, fsync, (int file), file)
 FAILING(int, fdatasync, (int file), file)
 FAILING(ssize_t, read, (int file, void* bytes, std::size_t size), file, bytes, size)
 FAILING(ssize_t, write, (int file, const void* bytes, std::size_t size), file, bytes, size)
+FAILING(int, stat64, (const char* path, struct stat64* status) noexcept, path, status)
+FAILING(int, fstat64, (int file, struct stat64* status) noexcept, file, status)
+FAILING(int, ftruncate64, (int file, off64_t size) noexcept, file, size)
+FAILING(ssize_t, pread64, (int file, void* bytes, std::size_t size, off64_t at), file, bytes, size,
+        at)
 FAILING(ssize_t, pwrite64, (int file, const void* bytes, std::size_t size, off64_t at), file, bytes,
         size, at)
 
-extern "C" [[gnu::visibility("default")]] int open(const char* path, int flags, ...) {
-  static const auto systems = reinterpret_cast<decltype(&open)>(dlsym(RTLD_NEXT, "open"));
-  va_list list;
-  va_start(list, flags);
-  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(list, mode_t) : 0;
-  va_end(list);
-  return fails("open") ? -1 : systems(path, flags, mode);
-}
-
-extern "C" [[gnu::visibility("default")]] int fcntl(int file, int command, ...) {
-  static const auto systems = reinterpret_cast<decltype(&fcntl)>(dlsym(RTLD_NEXT, "fcntl"));
-  va_list list;
-  va_start(list, command);
-  void* const argument = va_arg(list, void*);
-  va_end(list);
-  return fails("fcntl") ? -1 : systems(file, command, argument);
-}
+#define FAILING_WITH(name, parameters, type, ...)                                           \
+  extern "C" [[gnu::visibility("default")]] int name parameters {                           \
+    static const auto systems = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)); \
+    va_list list;                                                                           \
+    va_start(list, flags);                                                                  \
+    const auto argument = va_arg(list, type);                                               \
+    va_end(list);                                                                           \
+    return fails(#name) ? -1 : systems(__VA_ARGS__, flags, argument);                       \
+  }
+FAILING_WITH(open, (const char* path, int flags, ...), mode_t, path)
+FAILING_WITH(open64, (const char* path, int flags, ...), mode_t, path)
+FAILING_WITH(fcntl, (int file, int flags, ...), void*, file)
 
 // The descriptor is gone, whatever the answer.
 extern "C" [[gnu::visibility("default")]] int close(int file) {
   static const auto systems = reinterpret_cast<decltype(&close)>(dlsym(RTLD_NEXT, "close"));
   const bool is_failing = fails("close");
   const int answer = systems(file);
-  errno = is_failing ? failure : errno;
+  errno = is_failing ? failing.error : errno;
   return is_failing ? -1 : answer;
 }
 
 namespace {
 
+using namespace metadata_vault;
 using std::filesystem::directory_iterator;
 
 // Runs `work` with each of its calls failing in turn, and then `check`; both see the same folder,
 // made by `prepare`. Returns the names of the calls that failed.
-std::set<std::string> fail_each(int error, const std::function<void()>& prepare,
+std::set<std::string> fail_each(Failing how, const std::function<void()>& prepare,
                                 const std::function<bool()>& work,
                                 const std::function<void(bool done)>& check) {
   std::set<std::string> names;
-  for (long number = 0;; ++number) {
+  for (;; ++how.left) {
     prepare();
     const auto descriptors = std::distance(directory_iterator("/proc/self/fd"), {});
     failed.clear();
-    failure = error;
-    left = number;
+    failing = how;
     const bool done = work();
-    left = -1;
-    SCOPED_TRACE(failed + ' ' + std::to_string(number));
+    failing.left = -1;
+    SCOPED_TRACE(failed + ' ' + std::to_string(how.left));
     EXPECT_TRUE(done || !failed.empty());
     EXPECT_EQ(std::distance(directory_iterator("/proc/self/fd"), {}), descriptors);
     check(done);
@@ -129,7 +139,7 @@ TEST(FileFaults, OfATreeLeaveItsOldFileOrTheNewOneAndNoLock) {
     EXPECT_TRUE(change());
   };
   for (const int error : {EIO, EINTR, EACCES}) {
-    EXPECT_GE(fail_each(error, prepare, change, check).size(), 8U);
+    EXPECT_GE(fail_each({error}, prepare, change, check).size(), 8U);
   }
 }
 
@@ -141,7 +151,7 @@ TEST(FileFaults, OfTheFirstFileOfTheDeviceTreeAreTold) {
     std::filesystem::create_directories(folder);
     std::filesystem::remove(file);
   };
-  const auto names = fail_each(EIO, prepare, initial_xml, [&](bool done) {
+  const auto names = fail_each({EIO}, prepare, initial_xml, [&](bool done) {
     const std::string bytes = std::filesystem::exists(file) ? test::read_file(file) : "";
     EXPECT_TRUE(bytes == whole || (!done && bytes.empty())) << bytes;
     EXPECT_TRUE(initial_xml());
@@ -157,14 +167,113 @@ TEST(FileFaults, OfANewVaultAreTold) {
     int code = 0;
     std::set<int> codes;
     const auto add = [&] { return (code = test::add("a")) == 0; };
-    const auto names = fail_each(error, prepare, add, [&](bool done) {
+    const auto names = fail_each({error}, prepare, add, [&](bool done) {
       codes.insert(code);
       EXPECT_TRUE(test::stored().size() == 1 || (!done && test::add("a") == 0));
       EXPECT_EQ(test::stored().size(), 1U);
     });
     EXPECT_GE(names.size(), 5U);
-    EXPECT_EQ(codes.contains(metadata_vault::kVaultNoSpace), error != EIO && error != EROFS);
-    EXPECT_EQ(codes.contains(metadata_vault::kVaultReadOnly), error == EROFS);
+    EXPECT_EQ(codes.contains(kVaultNoSpace), error != EIO && error != EROFS);
+    EXPECT_TRUE(codes.contains(kVaultReadOnly) || error != EROFS);
+  }
+}
+
+using Operation = std::pair<const char*, int (*)(CDataSource&)>;  // 0 only when it is done
+
+const Channel kChannel = {"1", "a", 3, "g", "renamed"};
+const Filter kFilter = {"", "a", 1, "target", "result", "name"};
+DataSource source(const std::string& id) {
+  DataSource record = test::data_source(id, id == "a" ? 0 : 5);
+  record.description = std::string(20'000, 'd');
+  return record;
+}
+
+// A query that fails delivers nothing, one that succeeds all.
+int query(CDataSource& vault) {
+  std::vector<DataSource> sources;
+  std::vector<Channel> channels;
+  std::vector<Filter> filters;
+  const int status[] = {vault.query_data_source("a", "", sources),
+                        vault.query_channel("a", "", channels), vault.query_filter("a", filters)};
+  EXPECT_EQ(sources.size(), status[0] == 0 ? 1U : 0U);
+  EXPECT_EQ(channels.size(), status[1] == 0 ? 1U : 0U);
+  EXPECT_EQ(filters.size(), status[2] == 0 ? 1U : 0U);
+  return std::max({status[0], status[1], status[2]});
+}
+
+#define OPERATION(operation)                                        \
+  {                                                                 \
+#operation, [](CDataSource & vault) { return vault.operation; } \
+  }
+const Operation kOperations[] = {
+    {"init", [](CDataSource&) { return 0; }},   {"query", query},
+    OPERATION(insert_data_source(source("b"))), OPERATION(update_data_source(source("a"))),
+    OPERATION(remove_data_source(source("a"))), OPERATION(insert_channel(kChannel)),
+    OPERATION(update_channel(kChannel)),        OPERATION(remove_channel_by_guid("g")),
+    OPERATION(remove_channel_by_vault_id("a")), OPERATION(insert_filter(kFilter)),
+    OPERATION(remove_filter_by_vault_id("a")),
+};
+
+int run(int (*operation)(CDataSource&)) {
+  CDataSource vault;
+  const int status = vault.init();
+  return status != 0 ? status : operation(vault);
+}
+
+const Failing kDiskFaults[] = {{EIO}, {EIO, true}, {ENOSPC, true, true}};
+
+TEST(FileFaults, OfTheVaultLeaveItSoundWithEveryAcknowledgedChangeAndNoPartOfAnother) {
+  const test::TempVault folder;
+  const std::string file = folder.database();
+  EXPECT_EQ(test::add("a", "a", R"([{"guid":"g","channel_index":1,"name":"n"}])"), 0);
+  EXPECT_EQ(test::OpenVault()->insert_filter(kFilter), 0);
+  const std::string stored = test::read_file(file);
+  const auto restore = [&] {
+    std::filesystem::remove(file + "-wal");
+    std::filesystem::remove(file + "-shm");
+    test::write_file(file, stored);
+  };
+  int refusals = 0;
+  for (const auto& [name, operation] : kOperations) {
+    SCOPED_TRACE(name);
+    restore();
+    const std::string before = test::show();
+    EXPECT_EQ(run(operation), 0);
+    const std::string after = test::show();
+    for (const Failing& how : kDiskFaults) {
+      int status = 0;
+      const auto work = [&, change = operation] { return (status = run(change)) == 0; };
+      fail_each(how, restore, work, [&](bool done) {
+        EXPECT_TRUE(done || !how.writes || status == kVaultNoSpace);
+        refusals += done ? 0 : 1;
+        const std::string now = test::show();
+        EXPECT_TRUE(now == after || (now == before && !done)) << now;
+        EXPECT_EQ(test::run_sql(file, "PRAGMA integrity_check"), "ok");
+      });
+    }
+  }
+  EXPECT_GT(refusals, 100);
+  RecordProperty("refusals", refusals);
+}
+
+TEST(FileFaults, OfAnotherDatabaseAreReported) {
+  const test::TempVault vault;
+  const test::ConfigFiles files;
+  test::write_fixed_files(files);
+  test::Own own(files, "own");
+  for (const test::Call& call : test::kExportedCalls) {
+    if (call.name == std::string("query") || call.name == std::string("upgrade")) {
+      for (const Failing& how : kDiskFaults) {
+        int result = 0;
+        const auto names = fail_each(
+            how, [] {}, [&] { return (result = call.run(own)) == call.result; },
+            [&](bool done) {
+              EXPECT_TRUE(done || result == 0) << call.name;
+              EXPECT_EQ(test::run_sql(own.database, "PRAGMA integrity_check"), "ok");
+            });
+        EXPECT_GE(names.size(), how.lasts ? 0U : 4U) << call.name;
+      }
+    }
   }
 }
 
