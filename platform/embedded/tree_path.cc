@@ -61,44 +61,30 @@ PathFinder::Found PathFinder::find(xml_node top, std::span<const char* const> na
     return {{}, 0};
   }
   const Turn turn(memory_is_used_);
-  if (turn.is_ours()) {
-    return find_with_memory(top, names);
-  }
-  return equal(top.name(), names[0]) ? find_from({top, 1}, names) : Found{{}, 0};
-}
-
-PathFinder::Found PathFinder::find_from(Found found, std::span<const char* const> names) {
-  while (found.depth < names.size()) {
-    const xml_node child = first_element(found.element, names[found.depth]);
-    if (!child) {
-      break;
-    }
-    found = {child, found.depth + 1};
-  }
-  return found;
-}
-
-PathFinder::Found PathFinder::find_with_memory(xml_node top,
-                                               std::span<const char* const> names) const {
-  Found found = memory_.follow(names);
+  Memory* const memory = turn.is_ours() ? &memory_ : nullptr;
+  Found found = memory != nullptr ? memory->follow(names) : Found{{}, 0};
   if (found.depth == 0) {
     if (!equal(top.name(), names[0])) {
       return found;
     }
     found = {top, 1};
-    memory_.note(found);
+    note(found, memory);
   }
   while (found.depth < names.size()) {
-    const char* name = names[found.depth];
-    const xml_node child = fixed_ && found.depth == 1 ? memory_.find_below_top(top, name)
-                                                      : first_element(found.element, name);
+    const xml_node child = find_child(found, names[found.depth], memory);
     if (!child) {
       break;
     }
     found = {child, found.depth + 1};
-    memory_.note(found);
+    note(found, memory);
   }
   return found;
+}
+
+xml_node PathFinder::find_child(const Found& parent, const char* name, Memory* memory) const {
+  return memory != nullptr && fixed_ && parent.depth == 1
+             ? memory->find_below_top(parent.element, name)
+             : first_element(parent.element, name);
 }
 
 // As far as the names are those of the last search.
@@ -112,10 +98,11 @@ PathFinder::Found PathFinder::Memory::follow(std::span<const char* const> names)
   return {common > 0 ? xml_node(path[common - 1].element) : xml_node(), common};
 }
 
-void PathFinder::Memory::note(const Found& found) {
-  if (found.depth <= kRememberedLevels) {
-    path[found.depth - 1] = {found.element.internal_object(), found.element.name()};
-    depth = found.depth;
+// The levels are noted one after the other.
+void PathFinder::note(const Found& found, Memory* memory) {
+  if (memory != nullptr && found.depth <= kRememberedLevels) {
+    memory->path[found.depth - 1] = {found.element.internal_object(), found.element.name()};
+    memory->depth = found.depth;
   }
 }
 

@@ -62,7 +62,6 @@ class PathFinder {
   };
   struct Memory {
     Found follow(std::span<const char* const> names);
-    void note(const Found& found);
     pugi::xml_node find_below_top(pugi::xml_node top, const char* name);
     void sort_children(pugi::xml_node top);
 
@@ -73,8 +72,9 @@ class PathFinder {
     std::size_t next = 0;            // behind the last one found in `sorted`
   };
 
-  static Found find_from(Found found, std::span<const char* const> names);
-  Found find_with_memory(pugi::xml_node top, std::span<const char* const> names) const;
+  // `memory` is null when another thread has it.
+  pugi::xml_node find_child(const Found& parent, const char* name, Memory* memory) const;
+  static void note(const Found& found, Memory* memory);
 
   const bool fixed_;
   mutable std::atomic<bool> memory_is_used_ = false;

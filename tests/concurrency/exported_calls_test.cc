@@ -50,6 +50,7 @@ TEST(ExportedCalls, RunInManyThreadsAtOnce) {
   std::vector<std::unique_ptr<test::Own>> owns;
   for (int i = 0; i < kThreads; ++i) {
     owns.push_back(std::make_unique<test::Own>(files, "own" + std::to_string(i)));
+    owns.back()->rules = owns.front()->rules;  // which any number of threads may read
   }
   std::vector<std::thread> threads;
   for (int i = 0; i < kThreads; ++i) {

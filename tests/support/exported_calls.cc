@@ -167,8 +167,8 @@ int read_rules(Own&) {
 int read_rule_tree(Own& own) {
   std::vector<filter> filters(1);  // to be appended to
   std::vector<rule> rules(1);
-  get_rule_list(own.rules, node_d, node_f, rules);
-  const int count = get_filter_rule(own.rules, node_d, filters);
+  get_rule_list(own.rules.get(), node_d, node_f, rules);
+  const int count = get_filter_rule(own.rules.get(), node_d, filters);
   return filters.size() == 2 && filters[1].rule_list.size() == 1 && rules.size() == 2 ? count : 0;
 }
 
@@ -245,7 +245,8 @@ Own::Own(const ConfigFiles& files, const std::string& own_name)
   EXPECT_TRUE(db.openDatabase(nullptr) &&
               db.ExecSQL("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, a TEXT, b TEXT);"
                          "CREATE TABLE u (id INTEGER)"));
-  rules = xmlcfg_export_xmltree(Tree(kCfgRead, files.rule_file()).handle(), "filter", nullptr);
+  const Tree rule_file(kCfgRead, files.rule_file());
+  rules.reset(xmlcfg_export_xmltree(rule_file.handle(), "filter", nullptr), xmltree_destroy);
 }
 
 void write_fixed_files(const ConfigFiles& files) {

@@ -21,8 +21,7 @@ struct Own {
   Json name, channels;
   Json filters = Json(kFilters);
   Tree device, terminals, events;  // open trees
-  void** rules;                    // a copy of the rule file
-  ~Own() { xmltree_destroy(rules); }
+  std::shared_ptr<void*> rules;    // a copy of the rule file
 };
 
 struct Call {
