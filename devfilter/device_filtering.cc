@@ -24,11 +24,34 @@ bool equal_but_for_case(const char* one, const char* other) {
   return lower(*one) == lower(*other);
 }
 
+// How a text begins: its first bytes, up to its terminator, as a number that most other texts are
+// told apart by.
+class Beginning {
+ public:
+  explicit Beginning(const char* text) {
+    const std::size_t counted = std::min(strnlen(text, sizeof(bytes_)) + 1, sizeof(bytes_));
+    std::memcpy(&bytes_, text, counted);
+    std::memset(&counted_, 0xFF, counted);
+  }
+
+  // `field` is a whole field of a record, so that the bytes are there.
+  bool is_that_of(const char (&field)[kRuleTextBytes]) const {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, field, sizeof(bytes));
+    return ((bytes ^ bytes_) & counted_) == 0;
+  }
+
+ private:
+  std::uint64_t bytes_ = 0;
+  std::uint64_t counted_ = 0;
+};
+
 // One text on its way through the rules of a device.
 class Search {
  public:
   Search(const char* text, char* output, int output_size_bytes, const char* device_id)
       : text_(text),
+        beginning_(text),
         output_(output),
         output_size_(static_cast<std::size_t>(output_size_bytes)),
         device_id_(device_id) {}
@@ -59,7 +82,7 @@ class Search {
     if (tried.type == kReplace && !cleared_) {
       clear_output();
     }
-    if (std::strcmp(tried.target, text_) != 0) [[likely]] {
+    if (!beginning_.is_that_of(tried.target) || std::strcmp(tried.target, text_) != 0) [[likely]] {
       return kNoRule;
     }
     return apply(tried);
@@ -106,6 +129,7 @@ class Search {
   }
 
   const char* text_;
+  const Beginning beginning_;
   char* output_;
   std::size_t output_size_;
   const char* device_id_;
