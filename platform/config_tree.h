@@ -18,8 +18,9 @@
 //    characters, broken UTF-8) is stored in Base64, its element marked encoding="base64".
 //  - What is not changed is saved as it was read: comments, unknown elements, attributes, order,
 //    line ends, indentation. New elements follow the layout of their neighbours. Only spacing
-//    inside of tags and the kind of quotation marks may not be kept: in the child of the top
-//    element that was changed, and everywhere when one was added or removed.
+//    inside of tags, the kind of quotation marks and the form of an empty element may not be kept:
+//    from the first child of the top element that was changed to the last, and everywhere when one
+//    was added or removed or the last has nothing behind it.
 //  - Not opened (null and one log line), and so never overwritten: a file that is missing, that
 //    cannot be read (to be changed: written) or is no regular file; that is not well-formed XML 1.0
 //    in UTF-8; that has a document type, is larger than 64 MiB, or is nested deeper than 256

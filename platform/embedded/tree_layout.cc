@@ -72,6 +72,12 @@ void insert_text(xml_node parent, const std::string& text, xml_node before) {
   }
 }
 
+// In the file they will be one text.
+void join(xml_node text, xml_node rest) {
+  needed(text.set_value((std::string(text.value()) + rest.value()).c_str()));
+  rest.parent().remove_child(rest);
+}
+
 // The first thing but text below `parent`.
 xml_node append_first(xml_node parent, const char* name) {
   const std::string outer = own_line_start(parent);
@@ -123,8 +129,11 @@ xml_node append_top_element(xml_node document, const char* name) {
 void remove_element(xml_node element) {
   xml_node parent = element.parent();
   const xml_node before = element.previous_sibling();
-  if (is_layout(before) && is_layout(element.next_sibling())) {
+  const xml_node after = element.next_sibling();
+  if (is_layout(before) && is_layout(after)) {
     parent.remove_child(before);
+  } else if (before.type() == pugi::node_pcdata && after.type() == pugi::node_pcdata) {
+    join(before, after);
   }
   parent.remove_child(element);
 }

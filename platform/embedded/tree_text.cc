@@ -46,7 +46,16 @@ class QuoteEscaper : public pugi::xml_tree_walker {
   }
 };
 
-std::string whole_text(const TreeFile& tree) {
+void escape_quotes(xml_node node) {
+  QuoteEscaper escaper;
+  escaper.for_each(node);
+  node.traverse(escaper);
+}
+
+std::string whole_text(TreeFile& tree) {
+  if (tree.original.find('\'') != std::string::npos) {
+    escape_quotes(tree.document);
+  }
   TextWriter writer;
   writer.text.reserve(tree.original.size() + kExpectedGrowthBytes);
   tree.document.save(writer, "",
@@ -56,27 +65,39 @@ std::string whole_text(const TreeFile& tree) {
   return std::move(writer.text);
 }
 
+std::string_view opening_of(pugi::xml_node_type type) {
+  switch (type) {
+    case pugi::node_element:
+      return "<";
+    case pugi::node_comment:
+      return "<!--";
+    case pugi::node_cdata:
+      return "<![CDATA[";
+    case pugi::node_pi:
+      return "<?";
+    default:
+      return "";
+  }
+}
+
 // Where a node that is still as it was read begins in the file.
 std::optional<std::size_t> start_of(xml_node node, std::string_view original) {
-  const std::ptrdiff_t offset = node.offset_debug();
-  if (offset <= 0) {
+  const std::string_view opening = opening_of(node.type());
+  const std::ptrdiff_t offset = node.offset_debug();  // of its name, or of its text
+  if (offset < std::ssize(opening)) {
     return std::nullopt;
   }
-  const auto at = static_cast<std::size_t>(offset);
-  if (node.type() == pugi::node_pcdata && original.substr(at).starts_with(node.value())) {
-    return at;
-  }
-  const bool is_element = node.type() == pugi::node_element && original[at - 1] == '<' &&
-                          original.substr(at).starts_with(node.name());
-  return is_element ? std::optional(at - 1) : std::nullopt;
+  const std::size_t start = static_cast<std::size_t>(offset) - opening.size();
+  return original.substr(start).starts_with(opening) ? std::optional(start) : std::nullopt;
 }
 
 std::string text_between(xml_node first, xml_node last) {
   TextWriter writer;
-  for (xml_node node = first; node != last; node = node.next_sibling()) {
+  const xml_node end = last.next_sibling();
+  for (xml_node node = first; node != end; node = node.next_sibling()) {
+    escape_quotes(node);
     node.print(writer, "", kAsItStands, pugi::encoding_utf8);
   }
-  last.print(writer, "", kAsItStands, pugi::encoding_utf8);
   return std::move(writer.text);
 }
 
@@ -86,14 +107,17 @@ void ChangedPart::add(xml_node top, xml_node element) {
   while (element && element.parent() != top) {
     element = element.parent();
   }
-  if (!element) {
-    return add_everything();
+  everything_ = everything_ || !element;
+  if (everything_) {
+    first_ = last_ = xml_node();  // they may be removed now
+    return;
   }
-  if (!first_) {
-    first_ = last_ = element;
+  if (!first_ || element.offset_debug() < first_.offset_debug()) {
+    first_ = element;
   }
-  first_ = element.offset_debug() < first_.offset_debug() ? element : first_;
-  last_ = element.offset_debug() > last_.offset_debug() ? element : last_;
+  if (!last_ || element.offset_debug() > last_.offset_debug()) {
+    last_ = element;
+  }
 }
 
 bool TreeText::equals(std::string_view original) const {
@@ -102,17 +126,13 @@ bool TreeText::equals(std::string_view original) const {
 
 TreeText tree_text(TreeFile& tree, const ChangedPart& part) {
   const std::string_view original = tree.original;
-  if (original.find('\'') != std::string_view::npos) {
-    QuoteEscaper escaper;
-    tree.document.traverse(escaper);
-  }
-  const xml_node first = part.first();
-  const auto start = start_of(first, original);
-  const auto end = first ? start_of(part.last().next_sibling(), original) : std::nullopt;
+  const auto start = start_of(part.first(), original);
+  const auto end = start_of(part.last().next_sibling(), original);
   if (!start || !end) {
     return {"", whole_text(tree), ""};
   }
-  return {original.substr(0, *start), text_between(first, part.last()), original.substr(*end)};
+  return {original.substr(0, *start), text_between(part.first(), part.last()),
+          original.substr(*end)};
 }
 
 std::string element_text(xml_node element) {

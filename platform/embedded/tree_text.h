@@ -14,16 +14,15 @@ namespace orvaneplatform {
 // element, or anywhere.
 class ChangedPart {
  public:
-  // A change of `element` or below it. `top` is the top element.
+  // A change below `element`, which was there before the change, or of its value. A change of the
+  // top element itself, which a child that is added or removed is too, can be anywhere: from then
+  // on no child is remembered.
   void add(pugi::xml_node top, pugi::xml_node element);
-
-  // A change beyond the children that `top` had in the file.
-  void add_everything() { everything_ = true; }
 
   bool is_empty() const { return !everything_ && !first_; }
 
   // None when the change is anywhere.
-  pugi::xml_node first() const { return everything_ ? pugi::xml_node() : first_; }
+  pugi::xml_node first() const { return first_; }
   pugi::xml_node last() const { return last_; }
 
  private:
@@ -32,13 +31,16 @@ class ChangedPart {
   bool everything_ = false;
 };
 
-// `before` and `after` are bytes of the file as it was read, around the changed part.
+// `before` and `after` are the bytes of the file as it was read that stand before and behind the
+// changed part.
 struct TreeText {
   std::string_view before;
   std::string changed;
   std::string_view after;
 
   std::size_t size() const { return before.size() + changed.size() + after.size(); }
+
+  // True when it is `original`, the file as it was read.
   bool equals(std::string_view original) const;
 };
 

@@ -88,6 +88,9 @@ TEST_F(ConfigTree, AChangeKeepsTheRestOfTheFile) {
       {"<r>\n  <a/>\n</r>", "r/a", "removed", "<r/>"},
       {"<r>text\n  <a/>\n</r>", "r/a", "removed", "<r>text</r>"},
       {"<!-- c -->\n<r><a/></r>\n", "r", "removed", "<!-- c -->\n"},
+      {"<r>x <a/> y <b/></r>", "r/a", "removed", "<r>xy <b/></r>"},
+      {"<r><z  y='\"' /><a >1</a><!--c--><b  /></r>", "r/a", "2",
+       "<r><z  y='\"' /><a>2</a><!--c--><b  /></r>"},
       {"", "r", "1", "<?xml version=\"1.0\"?>\n<r>1</r>\n"},
       {"\xEF\xBB\xBF", "r", "1", "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<r>1</r>\n"},
   };
@@ -99,6 +102,31 @@ TEST_F(ConfigTree, AChangeKeepsTheRestOfTheFile) {
     EXPECT_TRUE(tree.close());
     EXPECT_EQ(bytes(), after);
   }
+}
+
+TEST_F(ConfigTree, ChangesApartAreAllSavedWhateverWasRemoved) {
+  write("");
+  Tree tree(kCfgChange, file_);
+  const auto node = [](int number) { return std::string("n").append(std::to_string(number)); };
+  for (int i = 0; i < 128 * 20; ++i) {  // more than the parser keeps in one piece of memory
+    const std::string value = std::to_string(i % 20);
+    EXPECT_TRUE(tree.store({"r", node(i / 20), std::string("v").append(value)}, value));
+  }
+  EXPECT_TRUE(tree.close());
+  Tree changer(kCfgChange, file_);
+  EXPECT_TRUE(changer.store({"r", "n60", "v1"}, "x") && changer.store({"r", "n30", "v1"}, "y"));
+  EXPECT_TRUE(changer.close());
+  EXPECT_EQ(Tree(kCfgRead, file_).value({"r", "n60", "v1"}), "x");
+  Tree remover(kCfgChange, file_);
+  EXPECT_EQ(remover.value({"r", "n30", "v1"}), "y");
+  EXPECT_TRUE(remover.store({"r", "n30", "v1"}, "z"));
+  for (int i = 20; i < 128; ++i) {
+    EXPECT_TRUE(remover.remove({"r", node(i)}));
+  }
+  const std::string large(32'000, 'x');
+  EXPECT_TRUE(remover.store({"r", "n0", "v1"}, large) && remover.close());
+  EXPECT_NE(bytes().find(large), std::string::npos);
+  EXPECT_EQ(Tree(kCfgRead, file_).value({"r", "n19", "v19"}), "19");
 }
 
 // The fuzzer's corpus has what another parser refuses as well.
