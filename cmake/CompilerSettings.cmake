@@ -40,12 +40,12 @@ else()
   check_cxx_source_compiles("#include <cstdlib>\nint main() {}" ORVANEIP_HAS_FORTIFY_3)
   unset(CMAKE_REQUIRED_FLAGS)
   if(ORVANEIP_HAS_FORTIFY_3)
-    set(ORVANEIP_FORTIFY $<IF:$<CONFIG:Release>,3,none>)
+    set(ORVANEIP_FORTIFY $<IF:$<CONFIG:Debug>,none,3>)
   else()
-    set(ORVANEIP_FORTIFY $<IF:$<CONFIG:Release>,2,none>)
+    set(ORVANEIP_FORTIFY $<IF:$<CONFIG:Debug>,none,2>)
   endif()
-  add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE>
-                      $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=${ORVANEIP_FORTIFY}>)
+  add_compile_options($<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+                      $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=${ORVANEIP_FORTIFY}>)
   add_link_options(-Wl,-z,defs)
 endif()
 

@@ -1,6 +1,5 @@
-// std::vector<unsigned char> as a payload, and as a stream that arrives in chunks, against a search
-// by the letter. Input: a byte for the longest payload, one for the size of a chunk, then the
-// bytes.
+// Bytes as a payload, and as a stream that arrives in chunks, against a search by the letter.
+// Input: a byte for the longest payload, one for the size of a chunk, then the bytes.
 #include <algorithm>
 #include <numeric>
 

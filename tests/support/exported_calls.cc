@@ -110,14 +110,19 @@ int query(Own& own) {
 
 int upgrade(Own& own) {
   int count = 0;
-  CSqlite(own.database.c_str()).openDatabase(nullptr);
+  CSqlite db(own.database.c_str());
+  const bool is_old = db.openDatabase(nullptr) &&
+                      db.ExecSQL("DROP TABLE IF EXISTS u; CREATE TABLE u (id INTEGER)") &&
+                      db.closeDatabase();
   const Columns wanted(devcfg_load_table_schema(own.database.data(), table_t));
   const Columns current(devcfg_load_table_schema(own.database.data(), table_u));
   const Columns fresh(devcfg_compare_table_schema(current.get(), wanted.get(), &count));
   std::vector<std::string> statements;
   devcfg_upgrade_statements(fresh.get(), table_u, statements);
-  return count == 2 && statements.size() == 2 && statements[1] == "ALTER TABLE u ADD b TEXT" &&
-         devcfg_update_table(current.get(), table_u, own.database.data()) == -1;
+  return is_old && count == 2 && statements.size() == 2 &&
+         statements[1] == "ALTER TABLE u ADD b TEXT" &&
+         devcfg_update_table(current.get(), table_u, own.database.data()) == -1 &&
+         devcfg_update_table(fresh.get(), table_u, own.database.data()) == 0;
 }
 
 int pack(Own&) {
@@ -145,10 +150,15 @@ int receive_events(Own& own) {
 
 int use_helpers(Own& own) {
   char id[kDeviceIdBytes];
+  std::vector<std::string> items;
+  table_info none;
+  devcfg_init_tb_info(&none, 0);
+  std::free(none.col_name);
+  std::free(none.col_type);
   const int network = get_nas_net_info(nullptr, nullptr, nullptr, nullptr);
   LogDebug("%s", own.id.c_str());
   return devcfg_get_net_info(id) == 0 && create_device_id() != id &&
-         split("a,b", ',').size() == 2 && create_terminal_id().size() == 35 &&
+         split("a,b", ',') == split("a,b", ',', items) && create_terminal_id().size() == 35 &&
          get_timezone_diff() % 60 == 0 && check_file_exist(own.database.data()) &&
          devcfg_dev_load(nullptr) == -1 && (network == 0 || network == kDevcfgAddressListEmpty) &&
          *devcfg_result_text(0) == 's';

@@ -114,9 +114,7 @@ void torture(Store&& store) {
     for (auto& writer : writers) {
       acknowledged += writer.kill_it(random);
     }
-    const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(store.make({"12", 0, "next"}) && store.make({"12", 1, ""}));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     const State found = store.read();
     for (auto& writer : writers) {
       writer.accept_last(found);
