@@ -162,7 +162,8 @@ TEST(LoadSchema, TellsWhyThereIsNoList) {
                               "); CREATE TABLE fits(" + n + " " + t +
                               "); CREATE VIEW v AS SELECT 1;"
                               "CREATE TABLE copy AS SELECT 1 AS a;"
-                              "CREATE VIRTUAL TABLE boxes USING rtree(id, low, high, +name)");
+                              "CREATE VIRTUAL TABLE boxes USING rtree(id, low, high, +name);"
+                              "CREATE VIRTUAL TABLE pages USING dbstat");
   const std::string none = "No target table in db: " + path, too_long = " is longer than 127 bytes";
   // File, table and message.
   const std::array<std::string, 3> kRows[] = {
@@ -182,6 +183,8 @@ TEST(LoadSchema, TellsWhyThereIsNoList) {
   }
   EXPECT_EQ(test::texts_of(*test::load(path, "fits")), (Texts{{n, t}}));
   EXPECT_EQ(test::texts_of(*test::load(path, "copy")), (Texts{{"a", ""}}));
+  EXPECT_EQ(test::texts_of(*test::load(path, "pages")).at(2),
+            Texts::value_type("pageno", "INTEGER"));
   EXPECT_EQ(test::texts_of(*test::load(path, "boxes")),
             (Texts{{"id", "INT"}, {"low", "REAL"}, {"high", "REAL"}, {"name", ""}}));
 }
