@@ -2,6 +2,7 @@
 // nor in JSON, and may be left out everywhere else.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -28,6 +29,15 @@ inline std::vector<std::string> texts_of(const std::uint8_t* data, std::size_t s
   std::vector<std::string> texts = split({data, data + size}, '\f');
   texts.resize(texts.size() < least ? least : texts.size());
   return texts;
+}
+
+// Of the brackets within the first, with what stands in them.
+inline std::size_t longest_brackets(const std::string& text) {
+  std::size_t longest = 0;
+  for (std::size_t at = text.find('(') + 1; (at = text.find('(', at)) != std::string::npos; ++at) {
+    longest = std::max(longest, std::min(text.find(')', at), text.size()) - at + 1);
+  }
+  return longest;
 }
 
 }  // namespace fuzz
