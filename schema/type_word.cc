@@ -1,11 +1,18 @@
 #include "schema/type_word.h"
 
+#include <cstring>
+
 namespace orvaneip {
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
 bool is_white_space(char byte) { return kWhiteSpace.find(byte) != std::string_view::npos; }
+
+// SQLite takes "GENERATED ALWAYS" off the end of a type, also where it is part of a longer word.
+bool is_in_type(const std::string& word, std::string_view declared_type) {
+  return strcasestr(std::string(declared_type).c_str(), word.substr(0, word.find('(')).c_str());
+}
 
 }  // namespace
 
@@ -42,7 +49,7 @@ std::string WrittenTypes::word_of(std::string_view name, std::string_view declar
                      : is_written          ? read_word()
                                            : type_word(declared_type);
   pass_column();
-  return word;
+  return is_in_type(word, declared_type) ? word : type_word(declared_type);
 }
 
 // Brackets belong to the word when they touch it.
