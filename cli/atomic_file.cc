@@ -9,7 +9,7 @@
 #include <system_error>
 
 #include "cli/file.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

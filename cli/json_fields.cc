@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "cli/file.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

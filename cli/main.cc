@@ -8,7 +8,7 @@
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/raw_arguments.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace {
 

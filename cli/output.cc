@@ -9,7 +9,7 @@
 #include <new>
 #include <system_error>
 
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

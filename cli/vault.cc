@@ -1,6 +1,6 @@
 #include "cli/vault.h"
 
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

@@ -1,11 +1,20 @@
-# liborvaneip.so.0: the folders of the library, linked together.
-set(folders foundation vault textfilter devtree devfilter schema service)
-list(TRANSFORM folders REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
-add_library(orvaneip SHARED ${objects})
+# liborvaneip.so.0: the rooms of the library.
+set(rooms foundation sqlite vault textfilter search devtree devfilter schema frames service)
+
+orvaneip_public_headers(.)
+set(sources)
+foreach(room IN LISTS rooms)
+  file(GLOB room_sources CONFIGURE_DEPENDS ${room}/*.cc ${room}/internal/*.cc)
+  list(APPEND sources ${room_sources})
+  orvaneip_public_headers(${room})
+endforeach()
+
+add_library(orvaneip SHARED ${sources})
 add_library(orvaneip::orvaneip ALIAS orvaneip)
+target_compile_definitions(orvaneip PRIVATE ORVANEIP_ROOT="${ORVANEIP_ROOT}")
 target_include_directories(orvaneip INTERFACE
   $<BUILD_INTERFACE:${ORVANEIP_HEADER_STAGE}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 target_link_libraries(orvaneip
   PUBLIC orvaneplatform json-c::json-c
-  PRIVATE PkgConfig::uuid PkgConfig::sqlite3)
+  PRIVATE base PkgConfig::uuid PkgConfig::sqlite3)
 orvaneip_shared_library(orvaneip)

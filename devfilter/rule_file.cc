@@ -7,9 +7,9 @@
 #include <cstdio>
 #include <optional>
 
-#include "devtree/config_file.h"
+#include "devtree/internal/config_file.h"
 #include "devtree/device_tree.h"
-#include "devtree/node_list.h"
+#include "devtree/internal/node_list.h"
 #include "platform/config_tree.h"
 #include "platform/log_sinks.h"
 

@@ -3,10 +3,10 @@
 #include <optional>
 #include <string>
 
-#include "devtree/builtin_plan.h"
-#include "devtree/config_file.h"
-#include "devtree/fixed_paths.h"
-#include "devtree/node_list.h"
+#include "devtree/internal/builtin_plan.h"
+#include "devtree/internal/config_file.h"
+#include "devtree/internal/fixed_paths.h"
+#include "devtree/internal/node_list.h"
 #include "platform/log_sinks.h"
 
 namespace {

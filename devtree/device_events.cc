@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "devtree/node_list.h"
+#include "devtree/internal/node_list.h"
 #include "foundation/split.h"
 #include "platform/event_service.h"
 #include "platform/log_sinks.h"

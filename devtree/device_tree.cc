@@ -3,9 +3,9 @@
 #include <cstring>
 #include <string>
 
-#include "devtree/config_file.h"
-#include "devtree/fixed_paths.h"
-#include "devtree/node_list.h"
+#include "devtree/internal/config_file.h"
+#include "devtree/internal/fixed_paths.h"
+#include "devtree/internal/node_list.h"
 #include "foundation/split.h"
 #include "platform/log_sinks.h"
 

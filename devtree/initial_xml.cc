@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "devtree/device_tree.h"
-#include "devtree/fixed_paths.h"
+#include "devtree/internal/fixed_paths.h"
 #include "foundation/file_exist.h"
 #include "platform/log_sinks.h"
 

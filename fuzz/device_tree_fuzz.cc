@@ -5,7 +5,7 @@
 
 #include "fuzz/fuzz.h"
 #include "tests/support/config_tree.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 // True for a file without an element as well.
 static bool is_strict_xml(const std::string& text) {
@@ -29,7 +29,7 @@ static std::string read_devices(void* tree) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const test::TempFolder folder;
+  static const test::TempDirectory folder;
   const std::string file = folder.file("zelip.xml");
   auto texts = fuzz::texts_of(data, size, 2);
   test::write_file(file, texts[0]);

@@ -4,7 +4,7 @@
 #include <json-c/json.h>
 
 #include "fuzz/fuzz.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 static void read_and_change(std::string vault_id, json_object* list) {
   char* id = vault_id.data();

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "fuzz/fuzz.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 using Json = std::unique_ptr<json_object, decltype(&json_object_put)>;
 using Texts = std::vector<std::string>;

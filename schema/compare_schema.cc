@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/log_sinks.h"
-#include "schema/column_list.h"
+#include "schema/internal/column_list.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "foundation/sql_quote.h"
-#include "foundation/sqlite.h"
+#include "base/sql_quote.h"
+#include "sqlite/csqlite.h"
 #include "platform/log_sinks.h"
-#include "schema/column_list.h"
-#include "schema/type_word.h"
+#include "schema/internal/column_list.h"
+#include "schema/internal/type_word.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ bool query(CSqlite& db, const std::string& sql) {
 // The table's CREATE statement.
 std::optional<std::string> read_statement(CSqlite& db, const std::string& table, const char* path) {
   if (!query(db, "select * from sqlite_master where type='table' and name=" +
-                     orvaneip::sql_quoted(table, '\''))) {
+                     base::sql_quoted(table, '\''))) {
     return std::nullopt;
   }
   if (db.QTotalRecords() == 0) {
@@ -53,7 +53,7 @@ std::optional<std::string> read_statement(CSqlite& db, const std::string& table,
 
 std::optional<std::vector<Column>> read_columns(CSqlite& db, const std::string& table,
                                                 const std::string& statement) {
-  if (!query(db, "PRAGMA main.table_xinfo(" + orvaneip::sql_quoted(table, '\'') + ")")) {
+  if (!query(db, "PRAGMA main.table_xinfo(" + base::sql_quoted(table, '\'') + ")")) {
     return std::nullopt;
   }
   std::vector<Column> columns;

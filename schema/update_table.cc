@@ -1,10 +1,10 @@
 #include "schema/update_table.h"
 
-#include "foundation/sqlite.h"
+#include "sqlite/csqlite.h"
 #include "platform/log_sinks.h"
-#include "schema/column_list.h"
+#include "schema/internal/column_list.h"
 #include "schema/compare_schema.h"
-#include "schema/sql_name.h"
+#include "schema/internal/sql_name.h"
 
 namespace {
 

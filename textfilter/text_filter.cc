@@ -4,7 +4,7 @@
 
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
-#include "textfilter/rewriter.h"
+#include "textfilter/internal/rewriter.h"
 #include "textfilter/rule_list.h"
 
 namespace {

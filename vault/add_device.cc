@@ -7,9 +7,9 @@
 #include "foundation/identifiers.h"
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
-#include "vault/channel_list.h"
-#include "vault/data_source.h"
-#include "vault/vault_connection.h"
+#include "vault/internal/channel_list.h"
+#include "platform/vault_database.h"
+#include "vault/internal/vault_connection.h"
 
 namespace {
 

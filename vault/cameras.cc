@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "foundation/result_codes.h"
-#include "vault/data_source.h"
-#include "vault/vault_connection.h"
+#include "platform/vault_database.h"
+#include "vault/internal/vault_connection.h"
 
 int notify_camera_removed(char* guid) {
   if (guid != nullptr) {

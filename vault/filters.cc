@@ -8,9 +8,9 @@
 
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
-#include "vault/data_source.h"
-#include "vault/json_fields.h"
-#include "vault/vault_connection.h"
+#include "platform/vault_database.h"
+#include "base/json_fields.h"
+#include "vault/internal/vault_connection.h"
 
 namespace {
 
@@ -18,10 +18,10 @@ using metadata_vault::Filter;
 
 Filter read_filter(json_object* entry, const std::string& vault_id) {
   Filter filter;
-  filter.name = orvaneip::string_field(entry, "name");
-  filter.target = orvaneip::string_field(entry, "target");
-  filter.result = orvaneip::string_field(entry, "result");
-  filter.type = orvaneip::int_field(entry, "type");
+  filter.name = base::string_field(entry, "name");
+  filter.target = base::string_field(entry, "target");
+  filter.result = base::string_field(entry, "result");
+  filter.type = base::int_field(entry, "type");
   filter.vault_id = vault_id;
   return filter;
 }

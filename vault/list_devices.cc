@@ -12,8 +12,8 @@
 #include "foundation/result_codes.h"
 #include "foundation/time_zone.h"
 #include "platform/log_sinks.h"
-#include "vault/data_source.h"
-#include "vault/vault_connection.h"
+#include "platform/vault_database.h"
+#include "vault/internal/vault_connection.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 //     "filter": [{"type": int, "target", "result", "name": string}],
 //     "channel_guid_list": [{"channel_index": int, "guid", "name": string}]}]}
 // Data sources, filters and channels stand in the order in which the vault database gives them
-// (vault/data_source.h). A database that cannot be read gives an empty list, and its log line.
+// (platform/vault_database.h). A database that cannot be read gives an empty list, and its log line.
 //
 // The returned document belongs to the caller, who releases it with json_object_put. When the
 // memory for it is exhausted, it is null and `error_code` receives kDevcfgFailed.

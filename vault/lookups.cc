@@ -1,8 +1,8 @@
 #include "vault/lookups.h"
 
 #include "foundation/result_codes.h"
-#include "vault/data_source.h"
-#include "vault/vault_connection.h"
+#include "platform/vault_database.h"
+#include "vault/internal/vault_connection.h"
 
 namespace {
 

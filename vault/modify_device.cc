@@ -7,11 +7,11 @@
 
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
-#include "vault/channel_list.h"
-#include "vault/data_source.h"
-#include "vault/json_fields.h"
+#include "vault/internal/channel_list.h"
+#include "platform/vault_database.h"
+#include "base/json_fields.h"
 #include "vault/lookups.h"
-#include "vault/vault_connection.h"
+#include "vault/internal/vault_connection.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ int edit_name(const Vault& vault, const std::string& name, json_object* descript
     return kDevcfgNameTaken;
   }
   current.vault_name = name;
-  current.description = orvaneip::string_value(description);
+  current.description = base::string_value(description);
   vault->update_data_source(update_record(current));
   return kDevcfgOk;
 }
@@ -108,7 +108,7 @@ int devcfg_modify_device(char* vault_id, json_object* /*ignored_object_1*/, json
   DataSource& current = found.front();
   copy_old_texts(current, old_vault_name, old_description);
 
-  if (const std::string name = orvaneip::string_value(vault_name); !name.empty()) {
+  if (const std::string name = base::string_value(vault_name); !name.empty()) {
     if (const int result = edit_name(vault, name, description, current); result != kDevcfgOk) {
       return result;
     }

@@ -2,9 +2,9 @@
 
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
-#include "cli/data_sources/texts.h"
+#include "cli/data_sources/name_checks.h"
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

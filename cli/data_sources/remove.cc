@@ -4,7 +4,7 @@
 #include "cli/data_sources/commands.h"
 #include "cli/output.h"
 #include "cli/raw_arguments.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 #include "cli/vault.h"
 
 namespace devcfg {

@@ -4,7 +4,7 @@
 #include "cli/filters/filter_list.h"
 #include "cli/json_file.h"
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

@@ -7,7 +7,7 @@
 #include "cli/frames/byte_streams.h"
 #include "cli/frames/frame_decoder.h"
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 #include "cli/schema/lost_properties.h"
 #include "cli/schema/table_reader.h"
 

@@ -2,7 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 #include "cli/text/text_stream.h"
 
 namespace devcfg {

@@ -7,7 +7,7 @@
 #include <iterator>
 
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {

@@ -4,10 +4,10 @@
 #include <map>
 #include <memory>
 
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 #include "cli/tree/device_fields.h"
 #include "cli/tree/tree_commands.h"
-#include "cli/tree/tree_file.h"
+#include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/tree/tree_file.h"
+#include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
 

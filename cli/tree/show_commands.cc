@@ -2,10 +2,10 @@
 #include <memory>
 
 #include "cli/output.h"
-#include "cli/refusal.h"
+#include "cli/command_error.h"
 #include "cli/tree/device_fields.h"
 #include "cli/tree/tree_commands.h"
-#include "cli/tree/tree_file.h"
+#include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
 namespace {

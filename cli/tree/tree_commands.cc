@@ -1,7 +1,7 @@
 #include "cli/tree/tree_commands.h"
 
 #include "cli/commands.h"
-#include "cli/tree/tree_file.h"
+#include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/support/process.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 namespace test {
 
@@ -32,7 +32,7 @@ struct Step {
 };
 
 // A folder with an empty vault.
-struct CommandVault : TempFolder {
+struct CommandVault : TempDirectory {
   std::string database() const { return file("vault.db"); }
 
   // Runs devcfg with these words of a shell, behind the shell's `limits`, in the folder

@@ -30,7 +30,7 @@ TEST(CommandFiles, JsonThatCannotBeRead) {
 TEST(CommandFiles, ExportReplacesAFileInOneStepOrLeavesIt) {
   const CommandVault vault;
   vault.import_shop();
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   const std::string file = folder.file("backup.json"), link = folder.file("link.json");
   test::write_file(file, "old");
   fs::create_symlink(file, link);
@@ -124,7 +124,7 @@ TEST(BadVault, AChangeThatDidNotArriveIsToldAndAFailedImportTakenBack) {
 
 TEST(Demo, EveryStepDoesWhatItSays) {
   const std::string folder = fs::path(ORVANEIP_DEVCFG).parent_path();
-  const test::TempFolder temporary;
+  const test::TempDirectory temporary;
   const test::Outcome outcome =
       test::run("bash", {ORVANEIP_SOURCE_DIR "/examples/demo.sh"}, "",
                 {"PATH=" + folder + ":" + std::getenv("PATH"), "TMPDIR=" + temporary.path()});

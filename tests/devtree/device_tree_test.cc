@@ -54,7 +54,7 @@ TEST(AddDeviceNode, AppendsWhatFits) {
       {room_for_one, 7, room_for_one + ",device_007"},
       {no_room, 7, no_room},
       {no_room + no_room, 7, no_room + no_room}};
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   std::string top = "gateway";
   for (const auto& [list, number, after] : kRows) {
     const std::string values = "device_node_list=" + list;
@@ -74,7 +74,7 @@ TEST(GetDevice, EveryValueRoundTripsAndTrueAloneEnables) {
       "1163 5 src_property_list/conn/com/com 1168 32 src_property_list/conn/com/baudrate "
       "1200 128 src_property_list/id 1328 128 src_property_list/pwd "
       "1456 128 src_property_list/binding/recording_cam";
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   TDeviceInfo info;
   for (const std::string& text :
        {std::string(), {" "}, {"\r\n"}, {"<&>\"'"}, std::string(4000, 'x')}) {
@@ -100,7 +100,7 @@ TEST(GetDevice, EveryValueRoundTripsAndTrueAloneEnables) {
 }
 
 TEST(FindTerminalNode, Table) {
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   const Tree tree(kCfgRead, test::write_tree(folder.file("terminals.xml"), "terminal",
                                              "t_1/device_id=X;t_2/device_id=X"));
   std::string many;
@@ -135,7 +135,7 @@ TEST(RemoveEvents, Table) {
        "1;2;NULL;NULL;3;",
        {failure + "NULL", failure + "NULL"}},
   };
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   char device[] = "device_001";
   for (const auto& [values, refused_id, asked_for, log] : kRows) {
     const Tree tree(kCfgRead, test::write_tree(folder.file("events.xml"),

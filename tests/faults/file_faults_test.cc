@@ -12,7 +12,7 @@
 #include <functional>
 #include <set>
 
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/exported_calls.h"
 
 namespace {
@@ -115,7 +115,7 @@ std::set<std::string> fail_each(Failing how, const std::function<void()>& prepar
 }
 
 TEST(FileFaults, OfATreeLeaveItsOldFileOrTheNewOneAndNoLock) {
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   const std::string file = folder.file("tree.xml");
   const std::string before = "<d>\n  <a>1</a>\n</d>\n";
   const std::string after = "<d>\n  <a>2</a>\n</d>\n";

@@ -27,6 +27,5 @@ while IFS=: read -r file include; do
     *" $target "* | *" $include "*) ;;
     *) echo "$file includes $include: $from may not include $target"; failures=1 ;;
   esac
-done < <(grep -rHoP '^#include "\K[^"]+' --include='*.h' --include='*.cc' \
-           foundation platform vault textfilter devtree devfilter schema service cli 2>/dev/null)
+done < <(grep -rHoP '^#include "\K[^"]+' --include='*.h' --include='*.cc' "${!allowed[@]}")
 exit $failures

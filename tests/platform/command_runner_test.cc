@@ -8,7 +8,7 @@
 static volatile sig_atomic_t alarms = 0;
 
 TEST(CommandRunner, HandsTheArgumentsOverUnchangedAndNothingElseAndGivesTheStatusWord) {
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   const std::string path = folder.file("a script");
   const auto run = [&path](const std::string& text, mode_t mode = 0700) {
     test::write_file(path, text);

@@ -17,7 +17,7 @@ class ConfigTree : public testing::Test {
   void write(const std::string& bytes) const { test::write_file(file_, bytes); }
   std::string bytes() const { return test::read_file(file_); }
 
-  const test::TempFolder folder_;
+  const test::TempDirectory folder_;
   const std::string file_ = folder_.file("tree.xml");
 };
 

@@ -1,4 +1,4 @@
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/library.h"
 
 using test::run_sql;

@@ -11,7 +11,7 @@
 
 #include "foundation/split.h"
 #include "tests/support/process.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ std::string lines_to(Sink sink) {
 }  // namespace
 
 TEST(LogSinks, WriteWholeLinesToWhereTheSettingSaysThoseOfSeveralProcessesUnmixed) {
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   const std::string file = folder.file("log of = all");
   const std::string lines = lines_to(drop);
   for (const std::string& setting : {file, {"off"}, {"syslog"}, {""}, {"stderr"}, {"/none/x"}}) {

@@ -27,7 +27,7 @@ class TreeSave : public testing::Test {
     return found;
   }
 
-  const test::TempFolder folder_;
+  const test::TempDirectory folder_;
   const std::string file_ = folder_.file("tree.xml");
 };
 

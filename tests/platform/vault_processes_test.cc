@@ -3,7 +3,7 @@
 #include <set>
 #include <thread>
 
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/process.h"
 #include "tests/support/vault_calls.h"
 

@@ -47,7 +47,7 @@ struct UpdateTable : testing::Test {
     return *bare_.query("SELECT sql FROM sqlite_master WHERE name='t'")->at(0, 0);
   }
 
-  test::TempFolder folder_;
+  test::TempDirectory folder_;
   std::string path_ = folder_.file("a.db");
   test::BareSqlite bare_{path_};
 };
@@ -136,7 +136,7 @@ TEST_F(UpdateTable, TellsThatTheFileStaysLocked) {
 
 // Every type is read as SQLite reads it, and added to another table unchanged.
 TEST(LoadSchema, TypeWordsAreReadAndAddedWhole) {
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   std::string path = folder.file("a.db"), wanted = "wanted", current = "current";
   std::string statement = "CREATE TABLE current(c); CREATE TABLE wanted(c";
   Texts expected = {{"c", ""}};
@@ -154,7 +154,7 @@ TEST(LoadSchema, TypeWordsAreReadAndAddedWhole) {
 }
 
 TEST(LoadSchema, TellsWhyThereIsNoList) {
-  const test::TempFolder folder;
+  const test::TempDirectory folder;
   const std::string path = folder.file("a.db"), text = folder.file("text");
   test::write_file(text, std::string(4096, 'x'));
   const std::string n(127, 'n'), t(127, 't');

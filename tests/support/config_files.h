@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/support/config_tree.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 namespace test {
 
@@ -11,7 +11,7 @@ inline bool (*call_fails)(const std::string& call) = nullptr;
 
 // A folder that the library's fixed paths lead to while it exists: the test program's own
 // xmlcfg_open comes before the platform's. Without such a folder no fixed path can be opened.
-struct ConfigFiles : TempFolder {
+struct ConfigFiles : TempDirectory {
   ConfigFiles();
   ~ConfigFiles();
 

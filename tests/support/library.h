@@ -9,4 +9,4 @@
 
 #include "orvaneip.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 
 pid_t test::start(const std::function<int()>& work) {
   const pid_t child = fork();
@@ -30,7 +30,7 @@ int test::wait_for(pid_t child) {
 
 test::Outcome test::run(const std::string& program, const std::vector<std::string>& arguments,
                         const std::string& input, const std::vector<std::string>& environment) {
-  const TempFolder folder;
+  const TempDirectory folder;
   const std::string streams[] = {folder.file("input"), folder.file("output"),
                                  folder.file("errors")};
   const pid_t child = start([&]() -> int {

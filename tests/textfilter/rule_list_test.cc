@@ -6,7 +6,7 @@
 #include "platform/vault_status.h"
 #include "tests/support/bare_sqlite.h"
 #include "tests/support/vault_calls.h"
-#include "textfilter/metadata_remove.h"
+#include "vault/metadata_remove.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Makes a change of each kind, and acknowledges each on standard output once it has returned.
 #include <unistd.h>
 
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/config_tree.h"
 #include "tests/support/vault_calls.h"
 

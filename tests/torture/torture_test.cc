@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <set>
 
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/config_tree.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/temp_directory.h"
 #include "tests/support/vault_calls.h"
 
 namespace {
@@ -103,7 +103,7 @@ class TreeStore {
   }
 
  private:
-  const TempFolder folder_;
+  const TempDirectory folder_;
   const std::string file_ = folder_.file("tree.xml");
 };
 

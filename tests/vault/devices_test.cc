@@ -1,6 +1,6 @@
 #include <regex>
 
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/vault_calls.h"
 
 using test::add;

@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "tests/platform/run_sql.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/vault_calls.h"
 
 TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {

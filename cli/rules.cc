@@ -1,0 +1,140 @@
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/output.h"
+#include "cli/command_error.h"
+
+namespace devcfg {
+namespace {
+
+// Room for the longest result of a rule, as devcfg_match_filters wants it.
+constexpr int kOutputBytes = kRuleTextBytes + 1;
+
+std::vector<dev_filter> read_devices() {
+  std::vector<dev_filter> devices;
+  if (devcfg_get_filter_rules_list(devices) != 0) {
+    throw Refusal("the rule file cannot be read (--log tells why)");
+  }
+  return devices;
+}
+
+std::string state(int enable) { return enable != 0 ? "on" : "off"; }
+
+void print_table(const std::vector<dev_filter>& devices) {
+  Table table({"DEVICE", "FILTER", "STATE", "RULE", "TYPE", "STATE", "TARGET", "RESULT"});
+  for (const dev_filter& device : devices) {
+    for (const filter& entry : device.filter_list) {
+      if (entry.rule_list.empty()) {
+        table.add_row({device.device_id, entry.name, state(entry.enable), "", "", "", "", ""});
+      }
+      for (const rule& line : entry.rule_list) {
+        table.add_row({device.device_id, entry.name, state(entry.enable), line.name,
+                       std::to_string(line.type), state(line.enable), line.target, line.result});
+      }
+    }
+  }
+  table.print();
+}
+
+json_object* rule_object(const rule& line) {
+  json_object* object = json_object_new_object();
+  json_object_object_add(object, "name", json_object_new_string(line.name));
+  json_object_object_add(object, "type", json_object_new_int(line.type));
+  json_object_object_add(object, "enable", json_object_new_boolean(line.enable != 0));
+  json_object_object_add(object, "target", json_object_new_string(line.target));
+  json_object_object_add(object, "result", json_object_new_string(line.result));
+  return object;
+}
+
+json_object* filter_object(const filter& entry) {
+  json_object* object = json_object_new_object();
+  json_object* rules = json_object_new_array();
+  for (const rule& line : entry.rule_list) {
+    json_object_array_add(rules, rule_object(line));
+  }
+  json_object_object_add(object, "name", json_object_new_string(entry.name));
+  json_object_object_add(object, "enable", json_object_new_boolean(entry.enable != 0));
+  json_object_object_add(object, "rules", rules);
+  return object;
+}
+
+void print_document(const std::vector<dev_filter>& devices) {
+  const Json list(json_object_new_array());
+  for (const dev_filter& device : devices) {
+    json_object* object = json_object_new_object();
+    json_object* filters = json_object_new_array();
+    for (const filter& entry : device.filter_list) {
+      json_object_array_add(filters, filter_object(entry));
+    }
+    json_object_object_add(object, "device_id", json_object_new_string(device.device_id));
+    json_object_object_add(object, "filters", filters);
+    json_object_array_add(list.get(), object);
+  }
+  print_json(list.get());
+}
+
+// The line as the service gets it; the rule's line break takes the place of the line's own.
+std::string filtered(const std::string& line, const std::string& device_id,
+                     const std::vector<dev_filter>& devices) {
+  char output[kOutputBytes] = {};
+  const bool is_text = line.find('\0') == std::string::npos;
+  switch (is_text
+              ? devcfg_match_filters(line.c_str(), output, kOutputBytes, device_id.c_str(), devices)
+              : 0) {
+    case 1:
+      return std::string(output) + "\n";
+    case 3:
+      return output;
+    default:
+      return line + "\n";
+  }
+}
+
+void tell_unknown_device(const std::string& device_id, const std::vector<dev_filter>& devices) {
+  const std::string wanted = CLI::ignore_case(device_id);
+  if (std::none_of(devices.begin(), devices.end(), [&](const dev_filter& device) {
+        return CLI::ignore_case(device.device_id) == wanted;
+      })) {
+    std::fprintf(stderr, "devcfg: there are no rules for %s\n", visible(device_id).c_str());
+  }
+}
+
+void apply(const std::string& device_id) {
+  const std::vector<dev_filter> devices = read_devices();
+  tell_unknown_device(device_id, devices);
+  for (std::string line; std::getline(std::cin, line);) {
+    const std::string text = filtered(line, device_id, devices);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);  // who sends a line may wait for what becomes of it
+  }
+  if (std::ferror(stdout) != 0) {
+    throw Refusal("standard output cannot be written");
+  }
+}
+
+}  // namespace
+
+void add_rule_commands(CLI::App& app) {
+  CLI::App* rules = app.add_subcommand("rules", "The rules for the texts of devices");
+  rules->require_subcommand(1);
+  rules->footer("The rule file is " ORVANEIP_ROOT
+                "/etc/config/kfilter.xml, which is only read.\n"
+                "Example:\n  devcfg rules apply till-1 < receipts.txt");
+
+  auto json = std::make_shared<bool>(false);
+  CLI::App* list = rules->add_subcommand("list", "List the rules of the rule file");
+  list->add_flag("--json", *json, "Print JSON");
+  list->callback([=] { *json ? print_document(read_devices()) : print_table(read_devices()); });
+
+  auto device_id = std::make_shared<std::string>();
+  CLI::App* applied = rules->add_subcommand(
+      "apply", "Put the lines of standard input through the rules of a device");
+  applied->add_option("ID", *device_id, "The device's identifier, in any letter case")->required();
+  applied->callback([=] { apply(*device_id); });
+}
+
+}  // namespace devcfg

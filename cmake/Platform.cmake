@@ -1,0 +1,18 @@
+# liborvaneplatform.so.0, the embedded platform; or the platform's own libraries in its place.
+orvaneip_public_headers(platform)
+
+if(ORVANEIP_PLATFORM STREQUAL "embedded")
+  file(GLOB_RECURSE platform_sources CONFIGURE_DEPENDS platform/embedded/*.cc)
+  add_library(orvaneplatform SHARED ${platform_sources})
+  target_compile_definitions(orvaneplatform PRIVATE ORVANEIP_ROOT="${ORVANEIP_ROOT}")
+  target_link_libraries(orvaneplatform PRIVATE base soci json-c::json-c pugixml::pugixml)
+  orvaneip_shared_library(orvaneplatform)
+elseif(ORVANEIP_PLATFORM STREQUAL "external")
+  if(NOT ORVANEIP_PLATFORM_LIBRARIES)
+    message(FATAL_ERROR "ORVANEIP_PLATFORM=external needs ORVANEIP_PLATFORM_LIBRARIES")
+  endif()
+  add_library(orvaneplatform INTERFACE)
+  target_link_libraries(orvaneplatform INTERFACE ${ORVANEIP_PLATFORM_LIBRARIES})
+else()
+  message(FATAL_ERROR "ORVANEIP_PLATFORM is embedded or external, not ${ORVANEIP_PLATFORM}")
+endif()
