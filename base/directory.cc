@@ -1,9 +1,11 @@
 #include "base/directory.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 
+#include "base/failure.h"
 #include "base/file_descriptor.h"
 
 namespace base {
@@ -12,9 +14,25 @@ std::filesystem::path parent_directory(const std::filesystem::path& path) {
   return path.has_parent_path() ? path.parent_path() : ".";
 }
 
-int sync_directory(const std::filesystem::path& directory) {
+void sync_directory(const std::filesystem::path& directory) {
   const FileDescriptor descriptor(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return descriptor.is_open() && fsync(descriptor.get()) == 0 ? 0 : errno;
+  if (!descriptor.is_open() || fsync(descriptor.get()) != 0) {
+    throw_system_failure(directory, errno);
+  }
+}
+
+void make_directories(const std::filesystem::path& directory) {
+  struct stat status {};
+  if (stat(directory.c_str(), &status) == 0) {
+    return;
+  }
+  const std::filesystem::path parent = parent_directory(directory);
+  make_directories(parent);
+  if (mkdir(directory.c_str(), 0755) == 0) {
+    sync_directory(parent);
+  } else if (errno != EEXIST) {
+    throw_system_failure(directory, errno);
+  }
 }
 
 }  // namespace base

@@ -9,7 +9,11 @@ namespace base {
 std::filesystem::path parent_directory(const std::filesystem::path& path);
 
 // Makes the entries of the directory durable: a new, replaced or removed file survives a power loss
-// only after that. Returns 0 or the errno of what failed.
-int sync_directory(const std::filesystem::path& directory);
+// only after that. Throws Failure.
+void sync_directory(const std::filesystem::path& directory);
+
+// Creates the directory and those above it that are missing, durably, with mode 0755. Throws
+// Failure.
+void make_directories(const std::filesystem::path& directory);
 
 }  // namespace base

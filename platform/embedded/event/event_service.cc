@@ -2,8 +2,7 @@
 
 #include <soci/soci.h>
 
-#include <system_error>
-
+#include "base/failure.h"
 #include "platform/embedded/vault/sqlite/sqlite_engine.h"
 #include "platform/embedded/vault/run_statement.h"
 #include "platform/embedded/vault/vault_location.h"
@@ -38,17 +37,16 @@ bool remove_from(soci::session& sql, const std::string& event_id) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the interface has it so
 int aevt_remove_event(std::string event_id) {
   const std::string path = orvaneplatform::event_file_path();
-  if (const int error = orvaneplatform::create_vault_file(path); error != 0) {
-    report(path, std::generic_category().message(error));
-    return 0;
-  }
   try {
+    orvaneplatform::create_vault_file(path);
     engine::LockWait wait;
     soci::session sql;
     engine::open(sql, path, wait);
     return remove_from(sql, event_id) ? 1 : 0;
+  } catch (const base::Failure& failure) {
+    report(path, failure.reason());
   } catch (const soci::soci_error& error) {
     report(path, error.get_error_message());
-    return 0;
   }
+  return 0;
 }

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "base/directory.h"
+#include "base/failure.h"
 #include "base/file_descriptor.h"
 #include "platform/log_sinks.h"
 
@@ -63,8 +64,12 @@ int write_and_rename(const std::string& name, const std::string& path, const Tre
 bool replace_file(const std::string& path, const TreeText& text, const struct stat& old) {
   const std::filesystem::path folder = base::parent_directory(path);  // nothing may throw any more afterwards
   int error = write_and_rename(path + ".saving", path, text, old);
-  if (error == 0) {
-    error = base::sync_directory(folder);
+  try {
+    if (error == 0) {
+      base::sync_directory(folder);
+    }
+  } catch (const base::Failure&) {
+    error = EIO;
   }
   if (error != 0) {
     orvane_log_debug("[cfgtree] saving %s failed: %s", path.c_str(),

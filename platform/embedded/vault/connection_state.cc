@@ -1,8 +1,6 @@
 #include "platform/embedded/vault/connection_state.h"
 
-#include <cstring>
-#include <system_error>
-
+#include "base/failure.h"
 #include "platform/embedded/vault/vault_location.h"
 #include "platform/embedded/vault/vault_schema.h"
 #include "platform/log_sinks.h"
@@ -26,10 +24,7 @@ using orvaneplatform::report_failure;
 namespace engine = orvaneplatform::sqlite_engine;
 
 VaultStatus VaultConnectionState::open_file(const std::string& path) {
-  if (const int error = orvaneplatform::create_vault_file(path); error != 0) {
-    return report_failure("init", kVaultUnreachable,
-                          path + ": " + std::generic_category().message(error));
-  }
+  orvaneplatform::create_vault_file(path);
   try {
     engine::open(sql_, path, wait_);
     const int version = engine::schema_version(sql_);
@@ -48,11 +43,11 @@ VaultStatus VaultConnectionState::open_file(const std::string& path) {
 }
 
 VaultStatus VaultConnectionState::open_database() {
-  const auto path = orvaneplatform::vault_file_path();
-  if (!path) {
-    return report_failure("init", kVaultUnsupported, "PostgreSQL is not built in");
+  try {
+    return open_file(orvaneplatform::vault_file_path());
+  } catch (const base::Failure& failure) {
+    return report_failure("init", static_cast<VaultStatus>(failure.status()), failure.what());
   }
-  return open_file(*path);
 }
 
 VaultStatus VaultConnectionState::open() {

@@ -6,11 +6,16 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 
 #include "base/directory.h"
+#include "base/failure.h"
+#include "platform/vault_status.h"
 
 namespace orvaneplatform {
 namespace {
+
+using metadata_vault::kVaultUnreachable;
 
 constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
 
@@ -18,67 +23,76 @@ constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
 constexpr char kEventFile[] = "events.db";
 constexpr char kOtherEventFile[] = "active_events.db";
 
-int create_folders(const std::filesystem::path& folder) {
-  struct stat status {};
-  if (stat(folder.c_str(), &status) == 0) {
-    return 0;
+std::string vault_setting() {
+  const char* setting = std::getenv("ORVANE_VAULT");
+  return setting != nullptr ? setting : "";
+}
+
+bool is_server(const std::string& setting) {
+  return setting.starts_with("postgresql://") || setting.starts_with("postgres://");
+}
+
+std::filesystem::path path_of(const std::string& setting) {
+  if (setting.empty()) {
+    return kDefaultVaultFile;
   }
-  const std::filesystem::path parent = base::parent_directory(folder);
-  if (const int error = create_folders(parent); error != 0) {
-    return error;
-  }
-  if (mkdir(folder.c_str(), 0755) != 0) {
-    return errno == EEXIST ? 0 : errno;
-  }
-  return base::sync_directory(parent);
+  // A path that cannot be taken for one of the names that SQLite gives a meaning (":memory:").
+  return setting.starts_with('/') ? setting : "./" + setting;
 }
 
 // `path` exists: made by another process meanwhile, or a symbolic link to what does not exist.
-int create_link_target(const std::filesystem::path& path) {
+void create_link_target(const std::filesystem::path& path) {
   std::error_code no_link;
   const std::filesystem::path target = std::filesystem::read_symlink(path, no_link);
-  return no_link ? 0 : create_vault_file(base::parent_directory(path) / target);
+  if (!no_link) {
+    create_vault_file(base::parent_directory(path) / target);
+  }
+}
+
+void create_empty_file(const std::filesystem::path& path) {
+  const std::filesystem::path directory = base::parent_directory(path);
+  base::make_directories(directory);
+  // Not by opening it: closing the descriptor would drop the locks that another thread of this
+  // process may have taken on the file by then.
+  if (mknod(path.c_str(), S_IFREG | 0600, 0) == 0) {
+    base::sync_directory(directory);
+  } else if (errno == EEXIST) {
+    create_link_target(path);
+  } else {
+    base::throw_system_failure(path, errno);
+  }
 }
 
 }  // namespace
 
-std::optional<std::string> vault_file_path() {
-  const char* setting = std::getenv("ORVANE_VAULT");
-  if (setting == nullptr || *setting == '\0') {
-    return kDefaultVaultFile;
+std::string vault_file_path() {
+  const std::string setting = vault_setting();
+  if (is_server(setting)) {
+    throw base::Failure("", "PostgreSQL is not built in", metadata_vault::kVaultUnsupported);
   }
-  const std::string name = setting;
-  if (name.starts_with("postgresql://") || name.starts_with("postgres://")) {
-    return std::nullopt;
-  }
-  // A path that cannot be taken for one of the names that SQLite gives a meaning (":memory:").
-  return name.starts_with('/') ? name : "./" + name;
+  return path_of(setting);
 }
 
 std::string event_file_path() {
-  const std::filesystem::path vault = vault_file_path().value_or(kDefaultVaultFile);
+  const std::string setting = vault_setting();
+  const std::filesystem::path vault = path_of(is_server(setting) ? "" : setting);
   const char* const name = vault.filename() == kEventFile ? kOtherEventFile : kEventFile;
   return base::parent_directory(vault) / name;
 }
 
-int create_vault_file(const std::string& path) {
+void create_vault_file(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0) {
-    return 0;
+    return;
   }
   if (errno != ENOENT) {
-    return errno;
+    base::throw_system_failure(path, errno, kVaultUnreachable);
   }
-  const std::filesystem::path folder = base::parent_directory(path);
-  if (const int error = create_folders(folder); error != 0) {
-    return error;
+  try {
+    create_empty_file(path);
+  } catch (const base::Failure& failure) {
+    throw base::Failure(path, failure.reason(), kVaultUnreachable);
   }
-  // Not by opening it: closing the descriptor would drop the locks that another thread of this
-  // process may have taken on the file by then.
-  if (mknod(path.c_str(), S_IFREG | 0600, 0) != 0) {
-    return errno == EEXIST ? create_link_target(path) : errno;
-  }
-  return base::sync_directory(folder);
 }
 
 }  // namespace orvaneplatform
