@@ -12,8 +12,8 @@
 #include <functional>
 #include <set>
 
-#include "tests/support/run_sql.h"
 #include "tests/support/exported_calls.h"
+#include "tests/support/run_sql.h"
 
 namespace {
 
@@ -115,6 +115,7 @@ std::set<std::string> fail_each(Failing how, const std::function<void()>& prepar
 }
 
 TEST(FileFaults, OfATreeLeaveItsOldFileOrTheNewOneAndNoLock) {
+  test::keep_files_in_memory();
   const test::TempDirectory folder;
   const std::string file = folder.file("tree.xml");
   const std::string before = "<d>\n  <a>1</a>\n</d>\n";
@@ -160,6 +161,7 @@ TEST(FileFaults, OfTheFirstFileOfTheDeviceTreeAreTold) {
 }
 
 TEST(FileFaults, OfANewVaultAreTold) {
+  test::keep_files_in_memory();
   const test::TempVault vault;
   setenv("ORVANE_VAULT", vault.file("new/folder/vault.db").c_str(), 1);
   const auto prepare = [&] { std::filesystem::remove_all(vault.file("new")); };
@@ -223,6 +225,7 @@ int run(int (*operation)(CDataSource&)) {
 const Failing kDiskFaults[] = {{EIO}, {EIO, true}, {ENOSPC, true, true}};
 
 TEST(FileFaults, OfTheVaultLeaveItSoundWithEveryAcknowledgedChangeAndNoPartOfAnother) {
+  test::keep_files_in_memory();
   const test::TempVault folder;
   const std::string file = folder.database();
   EXPECT_EQ(test::add("a", "a", R"([{"guid":"g","channel_index":1,"name":"n"}])"), 0);
@@ -256,14 +259,18 @@ TEST(FileFaults, OfTheVaultLeaveItSoundWithEveryAcknowledgedChangeAndNoPartOfAno
   RecordProperty("refusals", refusals);
 }
 
+const std::set<std::string> kDatabaseCalls = {"query", "devcfg_load_table_schema",
+                                              "devcfg_update_table", "upgrade"};
+
 TEST(FileFaults, OfAnotherDatabaseAreReported) {
+  test::keep_files_in_memory();
   const test::TempVault vault;
   const test::ConfigFiles files;
   test::write_fixed_files(files);
   test::Own own(files, "own");
   int rows = 0;
   for (const test::Call& call : test::kExportedCalls) {
-    if (call.name == std::string("query") || call.name == std::string("upgrade")) {
+    if (kDatabaseCalls.contains(call.name)) {
       ++rows;
       for (const Failing& how : kDiskFaults) {
         int result = 0;
@@ -277,7 +284,7 @@ TEST(FileFaults, OfAnotherDatabaseAreReported) {
       }
     }
   }
-  EXPECT_EQ(rows, 2);
+  EXPECT_EQ(rows, std::ssize(kDatabaseCalls));
 }
 
 }  // namespace
