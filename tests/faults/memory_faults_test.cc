@@ -1,5 +1,5 @@
 // Memory runs out at the N-th block, for every N: this program's malloc and operator new come
-// before those of the system.
+// before the C library's.
 #include <dlfcn.h>
 
 #include <climits>
@@ -10,20 +10,20 @@
 #include "tests/support/exported_calls.h"
 
 #ifdef __SANITIZE_ADDRESS__
-#define SYSTEMS(name) __interceptor_##name
+#define ORIGINAL(name) __interceptor_##name
 #else
-#define SYSTEMS(name) __libc_##name
+#define ORIGINAL(name) __libc_##name
 #endif
 
 extern "C" {
-void* SYSTEMS(malloc)(std::size_t size_bytes);
-void* SYSTEMS(calloc)(std::size_t count, std::size_t size_bytes);
-void* SYSTEMS(realloc)(void* block, std::size_t size_bytes);
+void* ORIGINAL(malloc)(std::size_t size_bytes);
+void* ORIGINAL(calloc)(std::size_t count, std::size_t size_bytes);
+void* ORIGINAL(realloc)(void* block, std::size_t size_bytes);
 }
 
 namespace {
 
-thread_local long left = -1;      // blocks until one is refused; below 0: none is
+thread_local long left = -1;      // blocks until one is refused; below 0: no refusal
 thread_local bool lasts = false;  // all further blocks are refused too
 thread_local long refused = 0;
 
@@ -48,13 +48,13 @@ extern "C" {
 [[gnu::weak]] void __lsan_enable();
 
 [[gnu::visibility("default")]] void* malloc(std::size_t size_bytes) {
-  return refuse() ? nullptr : SYSTEMS(malloc)(size_bytes);
+  return refuse() ? nullptr : ORIGINAL(malloc)(size_bytes);
 }
 [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size_bytes) {
-  return refuse() ? nullptr : SYSTEMS(calloc)(count, size_bytes);
+  return refuse() ? nullptr : ORIGINAL(calloc)(count, size_bytes);
 }
 [[gnu::visibility("default")]] void* realloc(void* block, std::size_t size_bytes) {
-  return refuse() ? nullptr : SYSTEMS(realloc)(block, size_bytes);
+  return refuse() ? nullptr : ORIGINAL(realloc)(block, size_bytes);
 }
 }
 
@@ -93,9 +93,9 @@ int run(const test::Call& call, test::Own& own, long number, bool lasting) {
   return result;
 }
 
-// The C library opens it when it is first needed. The leak check cannot tell the loader's blocks
-// from the program's here, since they come through the malloc above.
-void load_what_exceptions_need() {
+// The C library loads it with the first exception. The leak check cannot distinguish the loader's
+// blocks from the program's, since they come through the malloc above.
+void load_unwinder() {
   if (__lsan_disable != nullptr) {
     __lsan_disable();
   }
@@ -168,7 +168,7 @@ class Refusals {
 class MemoryFaults : public testing::TestWithParam<test::Call> {};
 
 TEST_P(MemoryFaults, AreReportedOrThrownWithEverythingReleased) {
-  load_what_exceptions_need();
+  load_unwinder();
   test::keep_files_in_memory();
   Refusals refusals;
   for (const bool lasting : {false, true}) {

@@ -1,5 +1,5 @@
-// The exported functions as a table of calls that can be repeated: a test lets what lies below fail
-// in each of them, or runs them in many threads.
+// The exported functions as a table of calls that can be repeated: a test makes what is below them
+// fail in each, or runs them in many threads.
 #pragma once
 
 #include <map>
@@ -31,8 +31,8 @@ struct Call {
   const char* name;
   int (*run)(Own& own);
   int result = 1;  // above 0
-  // Other results, when a call of the configuration tree or the event service fails, by what that
-  // call begins with; the longest one counts.
+  // The results when a call of the configuration tree or the event service fails, by the start of
+  // that call; the longest start counts.
   std::map<std::string, int> failing = {};
   // Undoes what a run that failed has left; null when that does not change the next run.
   void (*restore)(Own& own) = nullptr;

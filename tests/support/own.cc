@@ -55,9 +55,9 @@ void write_fixed_files(const ConfigFiles& files) {
 
 // Instead of the service's programs, of which each would exit with 1.
 int vorn_exec(int zero_1, int zero_2, int zero_3, const char*, ...) {
-  static const auto platforms =
+  static const auto embedded =
       reinterpret_cast<decltype(&vorn_exec)>(dlsym(RTLD_NEXT, "vorn_exec"));
-  return platforms(zero_1, zero_2, zero_3, "/bin/false", nullptr);
+  return embedded(zero_1, zero_2, zero_3, "/bin/false", nullptr);
 }
 
 // Instead of the event service.
