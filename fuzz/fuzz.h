@@ -1,5 +1,5 @@
-// What the fuzzers share. An input is texts with a form feed between them: it stands neither in XML
-// nor in JSON, and may be left out everywhere else.
+// What the fuzzers share. An input is texts with a form feed between them: neither XML nor JSON may
+// contain one, and the other texts need none.
 #pragma once
 
 #include <algorithm>
@@ -8,14 +8,16 @@
 #include <cstdlib>
 
 #include "orvaneip.h"
+#include "tests/support/temp_directory.h"
 
 namespace fuzz {
 
-// Log lines are made, so that their arguments are read, and dropped; files stand in memory.
-inline const int kSurroundings =
-    setenv("ORVANE_LOG", "/dev/null", 1) | setenv("TMPDIR", "/dev/shm", 1);
+// Set before the first input: log lines are formatted, so that their arguments are read, and
+// dropped; files are in memory.
+inline const bool kIsPrepared =
+    (test::keep_files_in_memory(), setenv("ORVANE_LOG", "/dev/null", 1) == 0);
 
-// What must hold for every input. libFuzzer keeps the one for which it does not.
+// Ends the program when what must hold for every input does not. libFuzzer keeps that input.
 inline void require(bool holds, const char* what) {
   if (!holds) {
     std::fprintf(stderr, "does not hold: %s\n", what);
@@ -23,7 +25,7 @@ inline void require(bool holds, const char* what) {
   }
 }
 
-// At least `least` texts, the missing ones empty.
+// Returns the texts of the input, and empty ones up to a number of `least`.
 inline std::vector<std::string> texts_of(const std::uint8_t* data, std::size_t size,
                                          std::size_t least) {
   std::vector<std::string> texts = split({data, data + size}, '\f');
@@ -31,7 +33,8 @@ inline std::vector<std::string> texts_of(const std::uint8_t* data, std::size_t s
   return texts;
 }
 
-// Of the brackets within the first, with what stands in them.
+// Returns the size in bytes of the longest text in brackets, the brackets included, after the first
+// opening one.
 inline std::size_t longest_brackets(const std::string& text) {
   std::size_t longest = 0;
   for (std::size_t at = text.find('(') + 1; (at = text.find('(', at)) != std::string::npos; ++at) {

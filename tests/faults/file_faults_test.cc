@@ -12,23 +12,23 @@
 #include <functional>
 #include <set>
 
-#include "tests/support/run_sql.h"
 #include "tests/support/exported_calls.h"
+#include "tests/support/run_sql.h"
 
 namespace {
 
 struct Failing {
   int error;
   bool lasts = false;   // all calls after the first that failed fail too
-  bool writes = false;  // only calls that take room on the disk do
+  bool writes = false;  // only calls that take space on the disk do
   long left = 0;        // calls until one fails; below 0: none does
 };
 Failing failing{0, false, false, -1};
 std::string failed;
 
 bool fails(const std::string& call) {
-  const bool takes_room = call.find("write") != std::string::npos;
-  if (failing.left < 0 || (failing.writes && !takes_room) || failing.left-- > 0) {
+  const bool takes_space = call.find("write") != std::string::npos;
+  if (failing.left < 0 || (failing.writes && !takes_space) || failing.left-- > 0) {
     return false;
   }
   failing.left = failing.lasts ? 0 : -1;
@@ -39,10 +39,10 @@ bool fails(const std::string& call) {
 
 }  // namespace
 
-#define FAILING(answer, name, parameters, ...)                                                   \
-  extern "C" [[gnu::visibility("default")]] answer name parameters {                             \
-    static const auto systems = reinterpret_cast<answer(*) parameters>(dlsym(RTLD_NEXT, #name)); \
-    return fails(#name) ? -1 : systems(__VA_ARGS__);                                             \
+#define FAILING(result, name, parameters, ...)                                                    \
+  extern "C" [[gnu::visibility("default")]] result name parameters {                              \
+    static const auto original = reinterpret_cast<result(*) parameters>(dlsym(RTLD_NEXT, #name)); \
+    return fails(#name) ? -1 : original(__VA_ARGS__);                                             \
   }
 FAILING(int, stat, (const char* path, struct stat* status) noexcept, path, status)
 FAILING(int, fstat, (int file, struct stat* status) noexcept, file, status)
@@ -63,26 +63,26 @@ FAILING(ssize_t, pread64, (int file, void* bytes, std::size_t size, off64_t at),
 FAILING(ssize_t, pwrite64, (int file, const void* bytes, std::size_t size, off64_t at), file, bytes,
         size, at)
 
-#define FAILING_WITH(name, parameters, type, ...)                                           \
-  extern "C" [[gnu::visibility("default")]] int name parameters {                           \
-    static const auto systems = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)); \
-    va_list list;                                                                           \
-    va_start(list, flags);                                                                  \
-    const auto argument = va_arg(list, type);                                               \
-    va_end(list);                                                                           \
-    return fails(#name) ? -1 : systems(__VA_ARGS__, flags, argument);                       \
+#define FAILING_WITH(name, parameters, type, ...)                                            \
+  extern "C" [[gnu::visibility("default")]] int name parameters {                            \
+    static const auto original = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)); \
+    va_list list;                                                                            \
+    va_start(list, flags);                                                                   \
+    const auto argument = va_arg(list, type);                                                \
+    va_end(list);                                                                            \
+    return fails(#name) ? -1 : original(__VA_ARGS__, flags, argument);                       \
   }
 FAILING_WITH(open, (const char* path, int flags, ...), mode_t, path)
 FAILING_WITH(open64, (const char* path, int flags, ...), mode_t, path)
 FAILING_WITH(fcntl, (int file, int flags, ...), void*, file)
 
-// The descriptor is gone, whatever the answer.
+// The descriptor is closed, whatever the result.
 extern "C" [[gnu::visibility("default")]] int close(int file) {
-  static const auto systems = reinterpret_cast<decltype(&close)>(dlsym(RTLD_NEXT, "close"));
+  static const auto original = reinterpret_cast<decltype(&close)>(dlsym(RTLD_NEXT, "close"));
   const bool is_failing = fails("close");
-  const int answer = systems(file);
+  const int result = original(file);
   errno = is_failing ? failing.error : errno;
-  return is_failing ? -1 : answer;
+  return is_failing ? -1 : result;
 }
 
 namespace {
@@ -90,8 +90,8 @@ namespace {
 using namespace metadata_vault;
 using std::filesystem::directory_iterator;
 
-// Runs `work` with each of its calls failing in turn, and then `check`; both see the same folder,
-// made by `prepare`. Returns the names of the calls that failed.
+// Runs `work` with each of its calls failing in turn, and then `check`; both see the same
+// directory, made by `prepare`. Returns the names of the calls that failed.
 std::set<std::string> fail_each(Failing how, const std::function<void()>& prepare,
                                 const std::function<bool()>& work,
                                 const std::function<void(bool done)>& check) {
@@ -115,8 +115,9 @@ std::set<std::string> fail_each(Failing how, const std::function<void()>& prepar
 }
 
 TEST(FileFaults, OfATreeLeaveItsOldFileOrTheNewOneAndNoLock) {
-  const test::TempDirectory folder;
-  const std::string file = folder.file("tree.xml");
+  test::keep_files_in_memory();
+  const test::TempDirectory directory;
+  const std::string file = directory.file("tree.xml");
   const std::string before = "<d>\n  <a>1</a>\n</d>\n";
   const std::string after = "<d>\n  <a>2</a>\n</d>\n";
   const auto change = [&] {
@@ -126,14 +127,14 @@ TEST(FileFaults, OfATreeLeaveItsOldFileOrTheNewOneAndNoLock) {
   const auto prepare = [&] {
     std::filesystem::remove(file + ".lock");
     test::write_file(file, before);
-    // A superuser's save has to give the new file away as well.
+    // A superuser's save also gives the new file to its owner.
     [[maybe_unused]] const int given = chown(file.c_str(), 1234, 2345);
   };
   const auto check = [&](bool done) {
-    // The folder is synchronised when the new file stands.
-    const bool may_stand = done || failed == "open" || failed == "fsync";
+    // The directory is synced when the new file has its name.
+    const bool may_be_new = done || failed == "open" || failed == "fsync";
     const std::string bytes = test::read_file(file);
-    EXPECT_TRUE(bytes == (done ? after : before) || (bytes == after && may_stand)) << bytes;
+    EXPECT_TRUE(bytes == (done ? after : before) || (bytes == after && may_be_new)) << bytes;
     EXPECT_FALSE(std::filesystem::exists(file + ".saving"));
     EXPECT_EQ(test::take_product_log().empty(), done);
     EXPECT_TRUE(change());
@@ -143,12 +144,12 @@ TEST(FileFaults, OfATreeLeaveItsOldFileOrTheNewOneAndNoLock) {
   }
 }
 
-TEST(FileFaults, OfTheFirstFileOfTheDeviceTreeAreTold) {
-  const std::filesystem::path folder = ORVANEIP_ROOT "/third_party/zelip/config";
-  const std::filesystem::path file = folder / "zelip.xml";
+TEST(FileFaults, OfTheFirstFileOfTheDeviceTreeAreReported) {
+  const std::filesystem::path directory = ORVANEIP_ROOT "/third_party/zelip/config";
+  const std::filesystem::path file = directory / "zelip.xml";
   const std::string whole = "<?xml version=\"1.0\"?>";
   const auto prepare = [&] {
-    std::filesystem::create_directories(folder);
+    std::filesystem::create_directories(directory);
     std::filesystem::remove(file);
   };
   const auto names = fail_each({EIO}, prepare, initial_xml, [&](bool done) {
@@ -159,9 +160,10 @@ TEST(FileFaults, OfTheFirstFileOfTheDeviceTreeAreTold) {
   EXPECT_GE(names.size(), 4U);
 }
 
-TEST(FileFaults, OfANewVaultAreTold) {
+TEST(FileFaults, OfANewVaultAreReported) {
+  test::keep_files_in_memory();
   const test::TempVault vault;
-  setenv("ORVANE_VAULT", vault.file("new/folder/vault.db").c_str(), 1);
+  setenv("ORVANE_VAULT", vault.file("new/directory/vault.db").c_str(), 1);
   const auto prepare = [&] { std::filesystem::remove_all(vault.file("new")); };
   for (const int error : {EIO, ENOSPC, EDQUOT, EFBIG, EROFS}) {
     int code = 0;
@@ -188,7 +190,7 @@ DataSource source(const std::string& id) {
   return record;
 }
 
-// A query that fails delivers nothing, one that succeeds all.
+// A query that fails returns no record, one that succeeds returns all.
 int query(CDataSource& vault) {
   std::vector<DataSource> sources;
   std::vector<Channel> channels;
@@ -223,8 +225,9 @@ int run(int (*operation)(CDataSource&)) {
 const Failing kDiskFaults[] = {{EIO}, {EIO, true}, {ENOSPC, true, true}};
 
 TEST(FileFaults, OfTheVaultLeaveItSoundWithEveryAcknowledgedChangeAndNoPartOfAnother) {
-  const test::TempVault folder;
-  const std::string file = folder.database();
+  test::keep_files_in_memory();
+  const test::TempVault vault;
+  const std::string file = vault.database();
   EXPECT_EQ(test::add("a", "a", R"([{"guid":"g","channel_index":1,"name":"n"}])"), 0);
   EXPECT_EQ(test::OpenVault()->insert_filter(kFilter), 0);
   const std::string stored = test::read_file(file);
@@ -256,14 +259,18 @@ TEST(FileFaults, OfTheVaultLeaveItSoundWithEveryAcknowledgedChangeAndNoPartOfAno
   RecordProperty("refusals", refusals);
 }
 
+const std::set<std::string> kDatabaseCalls = {"query", "devcfg_load_table_schema",
+                                              "devcfg_update_table", "upgrade"};
+
 TEST(FileFaults, OfAnotherDatabaseAreReported) {
+  test::keep_files_in_memory();
   const test::TempVault vault;
   const test::ConfigFiles files;
   test::write_fixed_files(files);
   test::Own own(files, "own");
   int rows = 0;
   for (const test::Call& call : test::kExportedCalls) {
-    if (call.name == std::string("query") || call.name == std::string("upgrade")) {
+    if (kDatabaseCalls.contains(call.name)) {
       ++rows;
       for (const Failing& how : kDiskFaults) {
         int result = 0;
@@ -277,7 +284,7 @@ TEST(FileFaults, OfAnotherDatabaseAreReported) {
       }
     }
   }
-  EXPECT_EQ(rows, 2);
+  EXPECT_EQ(rows, std::ssize(kDatabaseCalls));
 }
 
 }  // namespace

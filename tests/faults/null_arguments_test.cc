@@ -1,4 +1,4 @@
-// Null where a pointer is expected: each call has its stated answer, and changes nothing.
+// Null where a pointer is expected: each call has its stated result, and changes nothing.
 #include "tests/support/columns.h"
 #include "tests/support/exported_calls.h"
 
@@ -15,7 +15,7 @@ char* made = nullptr;
 
 struct Row {
   const char* call;
-  bool (*answers_as_stated)(test::Own& own, CSqlite& db);
+  bool (*returns_as_stated)(test::Own& own, CSqlite& db);
 };
 #define ROW(expression)                                                           \
   {                                                                               \
@@ -76,7 +76,7 @@ const Row kRows[] = {
 
 }  // namespace
 
-TEST(NullArguments, AreAnsweredAsStatedAndChangeNothing) {
+TEST(NullArguments, GiveTheStatedResultAndChangeNothing) {
   const test::TempVault vault;
   const test::ConfigFiles files;
   test::write_fixed_files(files);
@@ -85,7 +85,7 @@ TEST(NullArguments, AreAnsweredAsStatedAndChangeNothing) {
   CSqlite db(own.database.c_str());
   for (const Row& row : kRows) {
     EXPECT_TRUE(db.db != nullptr || db.openDatabase(nullptr));
-    EXPECT_TRUE(row.answers_as_stated(own, db)) << row.call;
+    EXPECT_TRUE(row.returns_as_stated(own, db)) << row.call;
   }
   EXPECT_EQ(test::show(), before);
   EXPECT_TRUE(number == 7 && large == 7 && own.device.close() && own.terminals.close());

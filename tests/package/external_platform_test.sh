@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# external_platform_test.sh SOURCE_FOLDER PLATFORM_LIBRARY: the library builds on a platform library
+# external_platform_test.sh SOURCE_DIRECTORY PLATFORM_LIBRARY: the library builds on a platform library
 # that it is given, and then brings none of its own.
 set -euo pipefail
 work=$(mktemp -d)

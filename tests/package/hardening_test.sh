@@ -2,7 +2,7 @@
 # hardening_test.sh COMPILE_COMMANDS LEVEL FILE...: in every preset each built FILE is position-
 # independent, checks its stack frames, has no executable stack, and binds its symbols before it
 # runs, in tables that are read-only then. Every source is compiled with _FORTIFY_SOURCE=LEVEL;
-# "none" in the presets with sanitizers or coverage. Prints what is amiss.
+# "none" in the presets with sanitizers or coverage. Prints what is wrong.
 set -euo pipefail
 commands=$1 level=$2 failures=0
 shift 2

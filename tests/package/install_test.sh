@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# install_test.sh SOURCE_FOLDER BUILD_FOLDER SANITIZERS: the example of the README builds and runs
+# install_test.sh SOURCE_DIRECTORY BUILD_DIRECTORY SANITIZERS: the example of the README builds and runs
 # against the installed tree, through the CMake package and through pkg-config.
 set -euo pipefail
 source=$1 build=$2 sanitizers=${3-}
@@ -19,7 +19,7 @@ run() { # run PROGRAM: the example adds a data source and lists it
   grep -q '"vault_name": *"Till 1"' "$work/output"
 }
 
-# Each installed header stands alone, with the include folder of the installation only.
+# Each installed header compiles by itself, with the include directory of the installation only.
 (cd "$prefix/include" && find orvaneip -name '*.h') | while read -r header; do
   echo "#include <$header>" |
     g++ -std=c++20 "${flags[@]}" -fsyntax-only -I "$prefix/include" -x c++ -

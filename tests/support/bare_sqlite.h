@@ -1,4 +1,4 @@
-// The bare SQLite interface: what the library's answers are compared with.
+// The plain SQLite interface: the library's results are compared with its own.
 #pragma once
 
 #include <sqlite3.h>
@@ -9,7 +9,7 @@
 
 namespace test {
 
-// What sqlite3_get_table gives: the column names, then row after row; nothing for NULL.
+// The result of sqlite3_get_table: the column names, then row after row; no value for NULL.
 struct SqlTable {
   int rows = 0;
   int columns = 0;
@@ -21,7 +21,7 @@ struct SqlTable {
   }
 };
 
-// The table that a char** of that shape holds.
+// Returns the table that a char** of that shape contains.
 inline SqlTable sql_table(char** cells, int rows, int columns) {
   SqlTable table{rows, columns};
   for (char** cell = cells; cell != cells + (rows + 1) * columns; ++cell) {
@@ -35,12 +35,12 @@ struct BareSqlite {
   ~BareSqlite() { sqlite3_close(db); }
   BareSqlite(const BareSqlite&) = delete;
 
-  // SQLite's result code.
+  // Returns SQLite's result code.
   int exec(const std::string& sql) const {
     return sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
   }
 
-  // The result of the text's statements; nothing when one fails.
+  // Returns the result of the statements; no value when one fails.
   std::optional<SqlTable> query(const std::string& sql) const {
     char** cells = nullptr;
     SqlTable size;

@@ -20,7 +20,7 @@ std::vector<std::string> take(int sinks) {
   const std::lock_guard<std::mutex> lock(mutex);
   std::vector<std::string> taken;
   for (const auto& [sink, text] : std::exchange(messages, {})) {
-    const bool has_tag = text.find("](") != std::string::npos;  // the expression is slow
+    const bool has_tag = text.find("](") != std::string::npos;  // the regular expression is slow
     if ((sinks & sink) != 0) {
       taken.push_back(has_tag ? std::regex_replace(text, kLine, "$1N)") : text);
     }

@@ -7,11 +7,11 @@
 
 namespace test {
 
-// The messages of orvane_log_debug and log_Debug since the last call, and forgets them. A line
+// Returns the messages of orvane_log_debug and log_Debug since the last call. A line
 // number in a tag, "(name:123)" or "(name,123)" or "[name](123)", reads "(name:N)" and so on.
 std::vector<std::string> take_log();
 
-// Those of one sink.
+// Returns those of one sink, and drops the others.
 std::vector<std::string> take_product_log();  // orvane_log_debug
 std::vector<std::string> take_debug_log();    // log_Debug
 

@@ -14,7 +14,7 @@ struct ReleaseColumns {
   void operator()(table_info* columns) const { devcfg_del_tb_info(columns); }
 };
 using Columns = std::unique_ptr<table_info, ReleaseColumns>;
-using Texts = std::vector<std::pair<std::string, std::string>>;  // names and type words
+using Texts = std::vector<std::pair<std::string, std::string>>;  // names and types
 
 inline Texts texts_of(const table_info& columns) {
   Texts texts;

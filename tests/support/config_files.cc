@@ -6,10 +6,11 @@
 
 #include "foundation/split.h"
 
-static std::string folder = "/no/such/folder";
+static constexpr char kNoDirectory[] = "/no/such/directory";
+static std::string directory = kNoDirectory;
 
 void* xmlcfg_open(TCfgMode mode, const char* path) {
-  static const auto platforms =
+  static const auto embedded =
       reinterpret_cast<decltype(&xmlcfg_open)>(dlsym(RTLD_NEXT, "xmlcfg_open"));
   const std::string name = path;
   const std::string file = name.substr(name.rfind('/') + 1);
@@ -18,13 +19,13 @@ void* xmlcfg_open(TCfgMode mode, const char* path) {
   }
   const bool fixed = name.ends_with("/config/" + file) &&
                      (file == "zelip.xml" || file == "zelip_builtin.xml" || file == "kfilter.xml");
-  return platforms(mode, fixed ? (folder + "/" + file).c_str() : path);
+  return embedded(mode, fixed ? (directory + "/" + file).c_str() : path);
 }
 
 namespace test {
 
-ConfigFiles::ConfigFiles() { folder = path(); }
-ConfigFiles::~ConfigFiles() { folder = "/no/such/folder"; }
+ConfigFiles::ConfigFiles() { directory = path(); }
+ConfigFiles::~ConfigFiles() { directory = kNoDirectory; }
 
 std::string write_tree(const std::string& file, const std::string& top, const std::string& values) {
   write_file(file, "");

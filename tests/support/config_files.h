@@ -6,11 +6,11 @@
 
 namespace test {
 
-// When it is set, a call of the platform for which it gives true fails.
+// When set, a call of the platform fails for which it returns true.
 inline bool (*call_fails)(const std::string& call) = nullptr;
 
-// A folder that the library's fixed paths lead to while it exists: the test program's own
-// xmlcfg_open comes before the platform's. Without such a folder no fixed path can be opened.
+// A directory to which the library's fixed paths lead while it exists: the test program's own
+// xmlcfg_open comes before the platform's. Without such a directory no fixed path can be opened.
 struct ConfigFiles : TempDirectory {
   ConfigFiles();
   ~ConfigFiles();
@@ -20,8 +20,8 @@ struct ConfigFiles : TempDirectory {
   std::string rule_file() const { return file("kfilter.xml"); }
 };
 
-// Replaces the file by one that holds the values "path=value;path=value", each path below `top`,
-// its names joined by "/". Returns the file's path.
+// Replaces the file by one with the values "path=value;path=value", each path below `top`, its
+// names joined by "/". Returns the file's path.
 std::string write_tree(const std::string& file, const std::string& top, const std::string& values);
 
 }  // namespace test

@@ -32,7 +32,7 @@ class Tree {
   bool is_open() const { return handle_ != nullptr; }
   bool close(bool save = true) { return xmlcfg_close(std::exchange(handle_, nullptr), save); }
 
-  // "(none)" when there is none.
+  // Returns "(none)" when there is no value.
   std::string value(const Path& path) const {
     std::string text(8192, '\0');
     on(path, [&](auto... n) { return xmlcfg_get_str(handle_, "(none)", &text[0], 8192, n...); });

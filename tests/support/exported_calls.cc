@@ -1,70 +1,73 @@
 #include "tests/support/exported_calls.h"
 
-#include <dlfcn.h>
-
 #include <cstring>
 
-#include "tests/support/columns.h"
+#include "tests/support/run_sql.h"
 
 namespace test {
 namespace {
 
-constexpr char kDeviceTree[] =
-    "device_node_list=device_001,device_000;device_000/builtin=true;device_000/qid=gone;"
-    "device_001/device_id=a";
-constexpr char kEvents[] =
-    "d/terminal_node_list=t;d/t/event_node_list=e,f;d/t/e/evt_id=1;d/t/f/evt_id=2";
-
 char id_a[] = "a", node_d[] = "d", node_f[] = "f", text_x[] = "x", table_t[] = "t", table_u[] = "u";
 char top[] = "device", terminal[] = "terminal", missing[] = "missing";
 
-int change_data_sources(Own& own) {
+int add_and_remove(Own& own) {
   int code = 0;
   std::string id = own.id + "+";
-  std::vector<int> indexes;
   char name[kVaultNameBytes] = "";
   char description[kDescriptionBytes];
   devcfg_add_device(id.data(), id_a, nullptr, id_a, id_a, nullptr, nullptr, own.channels, 0, false,
                     true, &code);
-  devcfg_modify_device(id.data(), nullptr, own.name, own.name, nullptr, nullptr, own.channels,
-                       nullptr, own.name, nullptr, nullptr, indexes);
   devcfg_remove_device(id.data(), name, description);
-  return code == 0 && own.id == name ? 1 : 0;
+  return code == 0 && *name == 'a' ? 1 : 0;
 }
 
-// How many data sources the document lists.
+void remove_added(Own& own) { devcfg_remove_device((own.id + "+").data(), nullptr, nullptr); }
+
+int modify(Own& own) {
+  std::vector<int> indexes;
+  const int result =
+      devcfg_modify_device(own.id.data(), nullptr, own.name, own.name, nullptr, nullptr,
+                           own.channels, nullptr, own.name, nullptr, nullptr, indexes);
+  return result == 0 && indexes.size() == 1 ? 1 : 0;
+}
+
+// Returns how many data sources the document lists.
 int listed(json_object* made) {
   const std::shared_ptr<json_object> document(made, json_object_put);
   json_object* list = json_object_object_get(made, "vault_list");
   return list == nullptr ? 0 : static_cast<int>(json_object_array_length(list));
 }
 
-int list_data_sources(Own& own) {
+int count_matches(int (*call)(char*, int*), char* text) {
   int found = 0;
-  devcfg_check_vault_exist(own.id.data(), &found);
-  devcfg_check_vault_name(missing, &found);
-  const int all = listed(devcfg_get_all_device(nullptr, nullptr, nullptr, nullptr));
-  return listed(devcfg_get_device(own.id.data(), nullptr)) == found && all >= found ? found : 0;
+  call(text, &found);
+  return found;
 }
 
-int change_lists(Own& own) {
+int check_token(Own&) {
   bool has_token = true;
-  notify_camera_removed(missing);
-  notify_camera_modified(missing, id_a, 0);
-  metadata_remove(missing, nullptr, nullptr, nullptr);
   devcfg_clear_filter_token(id_a);
   devcfg_check_filter_token(id_a, &has_token);
-  return devcfg_modify_filter(own.id.data(), own.filters) == 0 && !has_token ? 1 : 0;
+  return has_token ? 0 : 1;
 }
 
 int filter_text(Own& own) {
-  FilterReport report;
-  std::string text = "old", again = text;
+  std::string text = "old";
   ft_filter_string(own.id.data(), text.data());
-  ft_filter_string_bounded(own.id.data(), again.data(), again.size() + 1, report);
+  return text == "new" ? 1 : 0;
+}
+
+int filter_text_bounded(Own& own) {
+  FilterReport report;
+  std::string text = "old";
+  ft_filter_string_bounded(own.id.data(), text.data(), text.size() + 1, report);
+  return text == "new" ? 1 : 0;
+}
+
+int read_stored_rules(Own& own) {
   std::vector<rule> rules;
   get_rule_list(own.id.data(), rules);
-  return text == "new" && again == "new" && rules.size() == 1 ? 1 : 0;
+  return static_cast<int>(rules.size());
 }
 
 int apply_rules(Own&) {
@@ -108,21 +111,27 @@ int query(Own& own) {
   return db.closeDatabase() && counted && ended ? number : 0;
 }
 
-int upgrade(Own& own) {
+int compare_columns(Own& own) {
   int count = 0;
+  const Columns fresh(
+      devcfg_compare_table_schema(own.missing_columns.get(), own.columns.get(), &count));
+  std::vector<std::string> statements;
+  devcfg_upgrade_statements(own.missing_columns.get(), table_u, statements);
+  return count == 1 && statements.size() == 2 && statements[1] == "ALTER TABLE u ADD b TEXT" ? 1
+                                                                                             : 0;
+}
+
+int upgrade(Own& own) {
   CSqlite db(own.database.c_str());
   const bool is_old = db.openDatabase(nullptr) &&
                       db.ExecSQL("DROP TABLE IF EXISTS u; CREATE TABLE u (id INTEGER)") &&
                       db.closeDatabase();
-  const Columns wanted(devcfg_load_table_schema(own.database.data(), table_t));
-  const Columns current(devcfg_load_table_schema(own.database.data(), table_u));
-  const Columns fresh(devcfg_compare_table_schema(current.get(), wanted.get(), &count));
-  std::vector<std::string> statements;
-  devcfg_upgrade_statements(fresh.get(), table_u, statements);
-  return is_old && count == 2 && statements.size() == 2 &&
-         statements[1] == "ALTER TABLE u ADD b TEXT" &&
-         devcfg_update_table(current.get(), table_u, own.database.data()) == -1 &&
-         devcfg_update_table(fresh.get(), table_u, own.database.data()) == 0;
+  return is_old &&
+         devcfg_update_table(own.missing_columns.get(), table_u, own.database.data()) == 0;
+}
+
+void restore_upgraded(Own& own) {
+  run_sql(own.database, "DROP TABLE IF EXISTS u; CREATE TABLE u (id INTEGER, a TEXT, b TEXT)");
 }
 
 int pack(Own&) {
@@ -192,23 +201,38 @@ int find_node(Own& own) {
 }  // namespace
 
 // A row of one expression.
-#define CALL(name, expression, result, ...)                                                \
-  {                                                                                        \
-    name, []([[maybe_unused]] Own& own) -> int { return expression; }, result, __VA_ARGS__ \
+#define CALL(name, expression, ...)                                                              \
+  {                                                                                              \
+    name, []([[maybe_unused]] Own& own) -> int { return expression; } __VA_OPT__(, ) __VA_ARGS__ \
   }
 
 const std::vector<Call> kExportedCalls = {
-    {"change_data_sources", change_data_sources},
-    {"list_data_sources", list_data_sources},
-    {"filter_text", filter_text},
-    {"change_lists", change_lists},
+    {"add_and_remove", add_and_remove, 1, {}, remove_added},
+    {"devcfg_modify_device", modify},
+    CALL("devcfg_get_all_device",
+         listed(devcfg_get_all_device(nullptr, nullptr, nullptr, nullptr)) > 0),
+    CALL("devcfg_get_device", listed(devcfg_get_device(own.id.data(), nullptr))),
+    CALL("devcfg_check_vault_exist", count_matches(devcfg_check_vault_exist, own.id.data())),
+    CALL("devcfg_check_vault_name", count_matches(devcfg_check_vault_name, missing) + 1),
+    {"ft_filter_string", filter_text},
+    {"ft_filter_string_bounded", filter_text_bounded},
+    {"get_rule_list", read_stored_rules},
+    CALL("devcfg_modify_filter", devcfg_modify_filter(own.id.data(), own.filters) == 0),
+    CALL("notify_camera_removed", notify_camera_removed(missing) == 0),
+    CALL("notify_camera_modified", notify_camera_modified(missing, id_a, 0) == 0),
+    CALL("metadata_remove", metadata_remove(missing, nullptr, nullptr, nullptr) == 0),
+    {"check_token", check_token},
     {"apply_rules", apply_rules, 2002},
     {"escape", escape, 731},
     {"query", query, 7},
-    {"upgrade", upgrade},
+    CALL("devcfg_load_table_schema", load(own.database, "t") != nullptr),
+    {"compare_columns", compare_columns},
+    CALL("devcfg_update_table",
+         devcfg_update_table(own.columns.get(), table_t, own.database.data()) == -1),
+    {"upgrade", upgrade, 1, {}, restore_upgraded},
     {"pack", pack},
     {"run_commands", run_commands},
-    CALL("receive_events", receive_events(own) + 1, 1, {}),
+    CALL("receive_events", receive_events(own) + 1),
     {"use_helpers", use_helpers},
     {"devcfg_find_device_node", find_node, 1, {{"xmlcfg_get_str", 0}}},
     CALL("devcfg_preview_builtin", devcfg_preview_builtin(*std::make_unique<BuiltinChanges>()) + 1,
@@ -226,7 +250,7 @@ const std::vector<Call> kExportedCalls = {
          {{"xmlcfg_get_str", -1}}),
     CALL("find_device_exist_access", find_device_exist_access(own.device.handle(), id_a, top), 1,
          {{"xmlcfg_get_str", -1}}),
-    CALL("add_device_node", add_device_node(own.terminals.handle(), 7, terminal), 1, {}),
+    CALL("add_device_node", add_device_node(own.terminals.handle(), 7, terminal)),
     CALL("remove_event_in_table", remove_event_in_table(own.events.handle(), node_d), 1,
          {{"aevt_remove_event", 0}}),
     CALL("read_rules", read_rules(own), 4,
@@ -241,50 +265,4 @@ const std::vector<Call> kExportedCalls = {
           {"xmltree_get_str/filter/d/filter_node_list", 0}}),
 };
 
-Own::Own(const ConfigFiles& files, const std::string& own_name)
-    : id(own_name),
-      database(files.file(id + ".db")),
-      name('"' + id + '"'),
-      channels(R"([{"guid":"g","channel_index":4,"name":"n"}])"),
-      device(kCfgChange, write_tree(files.file(id), "device", kDeviceTree)),
-      terminals(kCfgChange, write_tree(files.file(id + "t"), "terminal", "n/device_id=a")),
-      events(kCfgChange, write_tree(files.file(id + "e"), "device_event_root", kEvents)) {
-  EXPECT_EQ(add(id, "name"), 0);
-  EXPECT_EQ(devcfg_modify_filter(id.data(), filters), 0);
-  CSqlite db(database.c_str());
-  EXPECT_TRUE(db.openDatabase(nullptr) &&
-              db.ExecSQL("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT, a TEXT, b TEXT);"
-                         "CREATE TABLE u (id INTEGER)"));
-  const Tree rule_file(kCfgRead, files.rule_file());
-  rules.reset(xmlcfg_export_xmltree(rule_file.handle(), "filter", nullptr), xmltree_destroy);
-}
-
-void write_fixed_files(const ConfigFiles& files) {
-  write_tree(files.device_tree(), "device", kDeviceTree);
-  std::string entries = "no=6";  // so large that a tree takes memory for their values
-  for (int i = 0; i < 6; ++i) {
-    const std::string entry = ";builtin_" + std::to_string(i) + "/";
-    entries += entry + "qid=" + std::to_string(i) + entry + "builtin=yes";
-    for (const char* key : {"type=", "brand=", "plugin=", "device_name=", "install_path="}) {
-      entries += entry + key + std::string(1000, 'v');
-    }
-  }
-  write_tree(files.builtin_list(), "device", entries);
-  write_tree(files.rule_file(), "filter",
-             "device_node_list=d;d/device_id=a;d/filter_node_list=f;d/f/enable=1;"
-             "d/f/rule_node_list=r;d/f/r/enable=1;d/f/r/type=1;d/f/r/target=x");
-}
-
 }  // namespace test
-
-// Instead of the service's programs, of which each would exit with 1.
-int vorn_exec(int zero_1, int zero_2, int zero_3, const char*, ...) {
-  static const auto platforms =
-      reinterpret_cast<decltype(&vorn_exec)>(dlsym(RTLD_NEXT, "vorn_exec"));
-  return platforms(zero_1, zero_2, zero_3, "/bin/false", nullptr);
-}
-
-// Instead of the event service.
-int aevt_remove_event(std::string) {
-  return test::call_fails != nullptr && test::call_fails("aevt_remove_event") ? 0 : 1;
-}

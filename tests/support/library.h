@@ -1,4 +1,4 @@
-// What most tests use: the library, its captured messages and a folder.
+// What most tests use: the library, its captured messages and a temporary directory.
 #pragma once
 
 #include <gtest/gtest.h>

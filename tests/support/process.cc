@@ -30,9 +30,9 @@ int test::wait_for(pid_t child) {
 
 test::Outcome test::run(const std::string& program, const std::vector<std::string>& arguments,
                         const std::string& input, const std::vector<std::string>& environment) {
-  const TempDirectory folder;
-  const std::string streams[] = {folder.file("input"), folder.file("output"),
-                                 folder.file("errors")};
+  const TempDirectory directory;
+  const std::string streams[] = {directory.file("input"), directory.file("output"),
+                                 directory.file("errors")};
   const pid_t child = start([&]() -> int {
     for (int i = 0; i < 3; ++i) {
       write_file(streams[i], i == 0 ? input : "");

@@ -23,7 +23,7 @@ Outcome run(const std::string& program, const std::vector<std::string>& argument
 // Runs `work` in a forked child, which exits with its result. Returns the child's process id.
 pid_t start(const std::function<int()>& work);
 
-// Waits for a child. Its exit status, or minus the signal that ended it.
+// Waits for a child. Returns its exit status, or minus the signal that ended it.
 int wait_for(pid_t child);
 
 }  // namespace test

@@ -1,4 +1,4 @@
-// SQL on a database file, past the library.
+// SQL on a database file, without the library.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 
 namespace test {
 
-// Runs the statements. The first value that they answer.
+// Runs the statements. Returns their first value.
 inline std::string run_sql(const std::string& file, const std::string& statements) {
   const std::optional<SqlTable> answer = BareSqlite(file).query(statements);
   EXPECT_TRUE(answer) << statements;

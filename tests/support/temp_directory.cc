@@ -1,15 +1,24 @@
 #include "tests/support/temp_directory.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 
+void test::keep_files_in_memory() {
+  constexpr char kInMemory[] = "/dev/shm";
+  if (access(kInMemory, W_OK | X_OK) == 0) {
+    setenv("TMPDIR", kInMemory, 1);
+  }
+}
+
 test::TempDirectory::TempDirectory()
     : path_(std::filesystem::temp_directory_path() / "orvaneip-test-XXXXXX") {
   if (mkdtemp(path_.data()) == nullptr) {
-    throw std::runtime_error("no temporary folder: " + path_);
+    throw std::runtime_error("no temporary directory: " + path_);
   }
 }
 

@@ -1,9 +1,13 @@
-// A folder for one test, removed with everything in it.
+// A directory for one test, removed with everything in it.
 #pragma once
 
 #include <string>
 
 namespace test {
+
+// Lets this process make its temporary directories in memory, in /dev/shm, where that can be
+// written: for a test that makes many files and does not test what reaches the disk.
+void keep_files_in_memory();
 
 class TempDirectory {
  public:

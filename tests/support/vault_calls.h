@@ -9,7 +9,7 @@
 
 namespace test {
 
-// The object that a JSON text says; null for an empty text.
+// The object of a JSON text; null for an empty text.
 struct Json {
   explicit Json(const std::string& text)
       : object(text.empty() ? nullptr : json_tokener_parse(text.c_str()), json_object_put) {}
@@ -17,7 +17,7 @@ struct Json {
   std::shared_ptr<json_object> object;
 };
 
-// A caller's buffer of `size` bytes, with guard bytes behind it.
+// A caller's buffer of `size` bytes, followed by guard bytes.
 struct Buffer {
   explicit Buffer(std::size_t size_bytes) : size(size_bytes), bytes(size_bytes + 64, '#') {}
   char* data() { return bytes.data(); }
@@ -49,7 +49,7 @@ inline std::vector<metadata_vault::DataSource> stored(const std::string& vault_i
   return found;
 }
 
-// 0, or the code of the refusal.
+// Returns 0, or the result code of a refusal.
 inline int add(std::string vault_id, std::string name = "name", const std::string& channels = "") {
   int code = 0;
   std::string text = "old";
@@ -60,7 +60,7 @@ inline int add(std::string vault_id, std::string name = "name", const std::strin
   return code;
 }
 
-// The edits as JSON texts; an empty one is not made.
+// The edits as JSON texts; no edit for an empty one.
 struct Edits {
   std::string name, description, enable, channels;
 };
@@ -72,7 +72,7 @@ inline int modify(std::string vault_id, const Edits& edits, std::vector<int>& ch
                               old_name, old_description, channel_indexes);
 }
 
-// The document of one data source, or of all of them.
+// Returns the document of one data source, or of all of them.
 inline std::string show(std::string vault_id = "") {
   int code = 1;
   json_object* document = vault_id.empty() ? devcfg_get_all_device(&code, nullptr, nullptr, nullptr)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # durability_test.sh PROGRAM ROOT DEVCFG: in the system calls of PROGRAM, which works below ROOT, and
 # of an export, everything is on the disk before it is acknowledged. A trace without the calls that
-# put data on the disk, or without those that put a folder there, is found out.
+# put data on the disk, or without those that put a directory there, is detected.
 set -euo pipefail
 program=$1 root=$2 devcfg=$3
 here=$(dirname "$0") trace=$2.trace
@@ -17,7 +17,7 @@ check "$trace"
 for lost in .wal .db root vault .saving zelip.xml config json.......; do
   grep -Ev "sync\([0-9]+<[^>]*$lost>" "$trace" >"$trace.broken"
   if cmp -s "$trace" "$trace.broken" || check "$trace.broken" >/dev/null; then
-    echo "not found out: a trace without $lost"
+    echo "not detected: a trace without $lost"
     exit 1
   fi
 done

@@ -16,7 +16,7 @@
 
 namespace test {
 
-using Record = std::vector<std::string>;  // its values; none: there is no such record
+using Record = std::vector<std::string>;  // its values; empty when it does not exist
 using State = std::map<std::string, Record>;
 
 struct Change {
@@ -25,7 +25,7 @@ struct Change {
   std::string value;  // unlike that of any other change
 };
 
-// A process that makes changes. The test's own process repeats on `state` those it acknowledged.
+// A process that makes changes. The test's own process repeats the acknowledged ones on `state`.
 template <typename Store>
 class Writer {
  public:
@@ -44,7 +44,8 @@ class Writer {
     answers_ = ends[0];
   }
 
-  // Within about two times what a change takes. The number of changes that it acknowledged.
+  // Kills the process within about twice the time of a change. Returns how many changes it
+  // acknowledged.
   unsigned kill_it(std::mt19937& random) {
     static auto length = std::chrono::nanoseconds(5'000'000);
     const auto begin = std::chrono::steady_clock::now();
@@ -58,7 +59,7 @@ class Writer {
     return count;
   }
 
-  // The change that was not acknowledged any more may be found all the same.
+  // Accepts that the last change is found, although the process could not acknowledge it any more.
   void accept_last(State found) {
     const Record& record = found[change_.id];
     std::find(steps_.begin(), steps_.end(), record) != steps_.end() ? set(record) : void();
@@ -96,9 +97,9 @@ class Writer {
   int answers_;
 };
 
-// A Store makes changes, tells what a reader may see of a record while one is made (in order, the
-// outcome last), and reads all records, which fails the test when it is not sound. So does a change
-// that is lost or was not made by a writer, and a next writer that is held up.
+// A Store makes changes, returns what a reader may see of a record while one is made (in order, the
+// outcome last), and reads all records. The test fails when the store is not sound, when a change
+// is lost or is not a writer's, and when the next writer cannot write.
 template <typename Store>
 void torture(Store&& store) {
   const char* setting = std::getenv("ORVANE_TORTURE_ROUNDS");

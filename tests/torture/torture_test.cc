@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <set>
 
-#include "tests/support/run_sql.h"
 #include "tests/support/config_tree.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/temp_directory.h"
 #include "tests/support/vault_calls.h"
 
@@ -49,8 +49,8 @@ class VaultStore {
       }
       EXPECT_TRUE(indexes.insert(source.index).second && indexes.size() == state.size());
     }
-    EXPECT_EQ(run_sql(folder_.database(), "PRAGMA integrity_check"), "ok");
-    EXPECT_EQ(run_sql(folder_.database(),
+    EXPECT_EQ(run_sql(directory_.database(), "PRAGMA integrity_check"), "ok");
+    EXPECT_EQ(run_sql(directory_.database(),
                       "SELECT count(*) FROM channel WHERE vault_id NOT IN "
                       "(SELECT vault_id FROM data_source)"),
               "0");
@@ -58,10 +58,10 @@ class VaultStore {
   }
 
  private:
-  const TempVault folder_;
+  const TempVault directory_;
 };
 
-// A record is two values of a node. What stands between them makes the file large enough to be
+// A record is two values of a node. What is between them makes the file large enough to be
 // caught half-written.
 class TreeStore {
  public:
@@ -96,15 +96,15 @@ class TreeStore {
                              tree.value({"device", "n" + id, "last"})};
       record[0] != "(none)" ? void(state[id] = record) : void();
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
+    for (const auto& entry : std::filesystem::directory_iterator(directory_.path())) {
       EXPECT_TRUE(entry.path() == file_ || entry.path() == file_ + ".lock") << entry.path();
     }
     return state;
   }
 
  private:
-  const TempDirectory folder_;
-  const std::string file_ = folder_.file("tree.xml");
+  const TempDirectory directory_;
+  const std::string file_ = directory_.file("tree.xml");
 };
 
 TEST(Torture, TreeKeepsWhatItAcknowledged) { torture(TreeStore()); }
