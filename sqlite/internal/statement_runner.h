@@ -1,5 +1,5 @@
-// The statements of an SQL text, run one by one, so that a lock met half-way costs no statement a
-// second run.
+// Runs the statements of an SQL text one by one, so that after a lock no statement has to run
+// twice.
 #pragma once
 
 #include <cstddef>
@@ -18,20 +18,20 @@ struct Finalize {
 };
 using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-class StatementRun {
+class StatementRunner {
  public:
-  // `text` has to live as long as this object.
-  StatementRun(sqlite3* db, const char* text) : db_(db), rest_(text) {}
+  // `text` must live as long as this object.
+  StatementRunner(sqlite3* db, const char* text) : db_(db), rest_(text) {}
 
-  // Runs what has not run yet: SQLITE_OK when nothing is left. After any other result the next call
-  // goes on with the statement that did not finish.
+  // Runs the statements that have not run yet. Returns SQLITE_OK when nothing is left. After any
+  // other result the next call continues with the statement that did not finish.
   int run_rest();
 
-  // SQLite's words on the last failure.
+  // Returns SQLite's message on the last failure.
   const char* error() const;
 
-  // A query that yields the rows of all statements so far, under the column names of the first of
-  // them, from constants alone: what sqlite3_get_table makes of the whole text.
+  // Returns a query of constants that gives the rows of all statements so far, with the column
+  // names of the first of them: the result of sqlite3_get_table for the whole text.
   std::string rows_query() const;
 
  private:
