@@ -51,6 +51,9 @@ std::string lines_to(Sink sink) {
   void* block = has_memory ? std::malloc(size_bytes) : nullptr;
   return block != nullptr ? block : throw std::bad_alloc();
 }
+[[gnu::noinline]] void* operator new(std::size_t size_bytes, const std::nothrow_t&) noexcept {
+  return has_memory ? std::malloc(size_bytes) : nullptr;
+}
 [[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
 [[gnu::noinline]] void operator delete(void* block, std::size_t /*size_bytes*/) noexcept {
   std::free(block);
