@@ -1,32 +1,33 @@
 // liborvaneip: the device configuration of the metadata service. This header includes every
-// exported declaration; each says what is its own, and all of them keep these rules:
+// exported declaration. All functions keep the following rules; each declaration adds its own.
 //
-//  1. No state. There is no initialisation and no shutdown; every function may be called at any
-//     time, opens what it needs and releases it before it returns.
-//  2. Threads. Any two calls may run at once, as long as they do not share an argument that either
-//     writes. Single changes of a store take effect whole, in some order; a call that looks before
-//     it changes (is the name free? what are the other fields?) does so in separate steps, so who
-//     changes the same data source from two places at once has to serialise that.
-//  3. Results. A function's declaration names its family: 0 or -1; a result code of
+//  1. No state. There is no initialisation and no shutdown. Every function may be called at any
+//     time; it opens what it needs and releases it before it returns.
+//  2. Threads. Any two calls may run at once, unless they share an argument that one of them
+//     writes. Each single change of a store is atomic, and concurrent changes take effect one after
+//     the other. A call that checks before it changes (is the name free? what are the other
+//     fields?) does so in separate steps: a program that changes the same data source in two
+//     threads or processes at once has to serialise these calls.
+//  3. Results. Each declaration states its kind of result: 0 or -1; a result code of
 //     foundation/result_codes.h or a status of platform/vault_status.h; a pointer or null; true or
-//     false. devcfg_result_text gives the meaning of a code in words.
-//  4. Texts are NUL-terminated byte strings, UTF-8 by convention; they are compared byte for byte
-//     and never converted. A char* argument is only read, unless it is called a buffer. Null is a
-//     caller's error that gets the stated result, never a crash, unless the declaration says that
-//     it must not be null.
-//  5. Buffers. Each has a stated size in bytes, terminator included, and is never written beyond
-//     it. A longer text is cut to fit, which is no failure.
-//  6. Out-parameters are written only on the paths that the declaration names: set them before the
-//     call. Lists are appended to, never emptied first.
-//  7. Ownership. Arguments stay the caller's. A returned json_object is released with
-//     json_object_put, a returned table_info with devcfg_del_tb_info.
-//  8. Memory. Where a function that gives back a block of the malloc family, a json_object or an
-//     SQLite result has no memory for it, it answers with its failure result. Otherwise
-//     std::bad_alloc reaches the caller, the only exception there is. Either way everything that
-//     the call took is released, and no single change of a store is half made; of several changes
-//     some may be made, as after any failure.
-//  9. Log. Failures are told in the log of the platform (platform/log_sinks.h), there is no other
-//     output.
+//     false. devcfg_result_text returns the meaning of a code in words.
+//  4. Strings are NUL-terminated bytes, UTF-8 by convention. They are compared byte for byte and
+//     never converted. A char* argument is only read, unless its declaration calls it a buffer. A
+//     null argument gives the result that the declaration states, never a crash, unless the
+//     declaration says that the argument must not be null.
+//  5. Buffers. Each has a stated size in bytes, including the terminator, and is never written
+//     beyond it. A longer string is cut to fit, which is not a failure.
+//  6. Out-parameters are written only in the cases that the declaration states: initialise them
+//     before the call. Results are appended to lists, which are not emptied first.
+//  7. Ownership. Arguments remain the caller's. The caller releases a returned json_object with
+//     json_object_put and a returned table_info with devcfg_del_tb_info.
+//  8. Memory. When there is no memory for a result that is a block of the malloc family, a
+//     json_object or an SQLite result, the function returns its failure result. Any other lack of
+//     memory throws std::bad_alloc, the only exception that reaches a caller. In both cases
+//     everything that the call acquired is released, and every single change of a store is made
+//     completely or not at all; of several changes some may be made, as after any failure.
+//  9. Log. Failures are written to the platform's log (platform/log_sinks.h). Nothing else is
+//     output; only LogConsole writes to standard output.
 #pragma once
 
 #include "devfilter/dev_filter.h"

@@ -14,20 +14,20 @@
 namespace base {
 namespace {
 
-// PATH.saving, which nobody else writes.
+// Opens PATH.saving, which no other writer uses.
 int open_under_lock(std::string& name) {
   name += ".saving";
   unlink(name.c_str());
   return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
 }
 
-// A name that nobody else has, mode 0600.
+// Opens a file with a unique name and mode 0600.
 int open_unique(std::string& name) {
   name += ".XXXXXX";
   return mkostemp(name.data(), O_CLOEXEC);
 }
 
-// The new file; it is removed unless it replaces the one at `path`.
+// The new file. It is removed unless it replaces the file at `path`.
 class NewFile {
  public:
   NewFile(const std::string& path, int (*open_new)(std::string& name))
@@ -42,7 +42,7 @@ class NewFile {
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
-  // The mode comes last: a change of the owner may take permissions away.
+  // The mode comes last: a change of the owner may remove permissions.
   void copy_owner_and_mode(const struct stat& old) {
     struct stat fresh {};
     require(fstat(file_.get(), &fresh) == 0);
@@ -66,7 +66,7 @@ class NewFile {
     sync_directory(directory_);
   }
 
-  // False when the name is taken.
+  // Returns false when the file at `path` exists.
   bool create() {
     const bool created = link(name_.c_str(), path_.c_str()) == 0;
     require(created || errno == EEXIST);
@@ -84,7 +84,7 @@ class NewFile {
   }
 
   const std::string& path_;
-  std::filesystem::path directory_;  // made first: after the file has its name nothing may be lost
+  std::filesystem::path directory_;  // before the file: allocating must not fail after its renaming
   std::string name_;
   FileDescriptor file_;
   bool has_replaced_ = false;

@@ -3,7 +3,7 @@
 namespace base {
 namespace {
 
-// Returns how many bytes the control character at the start of `text` has; 0 when it is another
+// Returns the size in bytes of the control character at the start of `text`; 0 when it is another
 // character.
 std::size_t control_size(std::string_view text, LineFeeds line_feeds) {
   const auto byte = static_cast<unsigned char>(text[0]);

@@ -1,4 +1,4 @@
-// Directories, and what it takes for an entry of one to survive a power loss.
+// Directories, and making their entries survive a power loss.
 #pragma once
 
 #include <filesystem>
@@ -8,12 +8,11 @@ namespace base {
 // Returns the directory that holds `path`; "." for a bare name.
 std::filesystem::path parent_directory(const std::filesystem::path& path);
 
-// Makes the entries of the directory durable: a new, replaced or removed file survives a power loss
-// only after that. Throws Failure.
+// Makes the entries of the directory durable: only after this call a created, renamed or removed
+// file stays so after a power loss. Throws Failure.
 void sync_directory(const std::filesystem::path& directory);
 
-// Creates the directory and those above it that are missing, durably, with mode 0755. Throws
-// Failure.
+// Creates the directory and the missing ones above it, durably, with mode 0755. Throws Failure.
 void make_directories(const std::filesystem::path& directory);
 
 }  // namespace base

@@ -1,4 +1,4 @@
-// A file descriptor as a value.
+// A file descriptor that closes itself.
 #pragma once
 
 #include <unistd.h>
@@ -16,8 +16,8 @@ class FileDescriptor {
   bool is_open() const { return value_ >= 0; }
   int get() const { return value_; }
 
-  // Returns what close() does: some file systems report a failed write only then. Without effect
-  // when nothing is open.
+  // Closes the descriptor if it is open, and returns the result of close(): some file systems
+  // report a failed write only then.
   int close_now() { return value_ >= 0 ? close(std::exchange(value_, -1)) : 0; }
 
  private:

@@ -1,3 +1,4 @@
+// Quoting for SQL.
 #pragma once
 
 #include <string>
@@ -5,7 +6,8 @@
 
 namespace base {
 
-// The text between two marks, a mark inside it doubled: with ' an SQL literal, with " a name.
+// Returns the text between two marks, with each mark inside it doubled: an SQL literal with ', a
+// name with ".
 inline std::string sql_quoted(std::string_view text, char mark) {
   std::string result(1, mark);
   for (const char byte : text) {

@@ -1,4 +1,4 @@
-// Small operations on texts.
+// Small operations on strings.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ constexpr std::string_view trim(std::string_view text, std::string_view characte
              : text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
-// Returns the texts in their order, with the separator between each two.
+// Returns the texts in order, with the separator between every two.
 inline std::string join(const std::vector<std::string>& texts, std::string_view separator) {
   std::string joined;
   for (std::size_t i = 0; i < texts.size(); ++i) {

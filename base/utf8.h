@@ -1,4 +1,4 @@
-// Characters in UTF-8.
+// Decodes and encodes characters in UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -8,20 +8,24 @@
 namespace base {
 
 struct Utf8Character {
-  char32_t character;  // kNotUtf8 for a byte that begins no character
+  char32_t character;  // kNotUtf8 for a byte that does not begin a character
   std::size_t size_bytes;
 };
 
 inline constexpr char32_t kNotUtf8 = 0xFFFFFFFF;
 
-// Decodes the character at the start of `bytes`, which are not empty. Overlong forms, surrogates
-// and what is above U+10FFFF are not UTF-8; then `size_bytes` is 1.
+// Decodes the character at the start of `bytes`, which must not be empty. Overlong forms,
+// surrogates and characters above U+10FFFF are not UTF-8; `size_bytes` is 1 then.
 constexpr Utf8Character decode_utf8(std::string_view bytes) {
   const auto lead = static_cast<unsigned char>(bytes[0]);
   if (lead < 0x80) {
     return {lead, 1};
   }
-  const std::size_t size = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  const std::size_t size = lead < 0xC2   ? 0
+                           : lead < 0xE0 ? 2
+                           : lead < 0xF0 ? 3
+                           : lead < 0xF5 ? 4
+                                         : 0;
   if (size == 0 || bytes.size() < size) {
     return {kNotUtf8, 1};
   }
@@ -40,7 +44,7 @@ constexpr Utf8Character decode_utf8(std::string_view bytes) {
              : Utf8Character{character, size};
 }
 
-// Appends the character, which is not above U+10FFFF.
+// Appends the character, which must not be above U+10FFFF.
 inline void append_utf8(char32_t character, std::string& text) {
   if (character < 0x80) {
     text += static_cast<char>(character);

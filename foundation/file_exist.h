@@ -2,6 +2,6 @@
 
 #include "platform/export.h"
 
-// True when the file at `path` can be opened for reading. Otherwise, also for a file that exists
-// but cannot be read and for a null path, logs one line and returns false.
+// Returns whether the file at `path` can be opened for reading. When it cannot (missing, not
+// readable, or a null path), logs one line.
 ORVANEIP_API bool check_file_exist(char* path);

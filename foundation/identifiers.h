@@ -1,4 +1,4 @@
-// New identifiers: a prefix and the 16 bytes of a fresh UUID as 32 digits of 0-9 and A-F.
+// New identifiers: a prefix and the 16 bytes of a new UUID as 32 digits of 0-9 and A-F.
 #pragma once
 
 #include <cstddef>
@@ -6,11 +6,11 @@
 
 #include "platform/export.h"
 
-// Bytes that a device identifier needs in a char buffer: "ID", 32 digits and the terminator.
+// Size in bytes of a buffer for a device identifier: "ID", 32 digits and the terminator.
 inline constexpr std::size_t kDeviceIdBytes = 35;
 
-// A new device identifier: "ID" and 32 digits, 34 characters.
+// Returns a new device identifier: "ID" and 32 digits, 34 characters.
 ORVANEIP_API std::string create_device_id();
 
-// A new terminal identifier: "TID" and 32 digits, 35 characters.
+// Returns a new terminal identifier: "TID" and 32 digits, 35 characters.
 ORVANEIP_API std::string create_terminal_id();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/vault_database.h"
 #include "platform/vault_status.h"
 
 namespace {
@@ -13,6 +14,8 @@ struct ResultText {
 };
 
 using namespace metadata_vault;
+
+static_assert(kMaxDataSources == 128, "two texts below contain this number");
 
 constexpr ResultText kTexts[] = {
     {kDevcfgOk, "success"},

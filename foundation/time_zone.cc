@@ -6,8 +6,8 @@ long get_timezone_diff() {
   const std::time_t now = std::time(nullptr);
   std::tm utc{};
   gmtime_r(&now, &utc);
-  // The UTC fields, read as local time without daylight saving. mktime also brings the zone up to
-  // date, which localtime_r alone does not.
+  // Reads the UTC fields as local time without daylight saving. mktime also updates the zone, which
+  // localtime_r does not.
   const std::time_t utc_as_local = std::mktime(&utc);
   std::tm local{};
   localtime_r(&now, &local);

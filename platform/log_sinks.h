@@ -1,18 +1,22 @@
 // The platform's two log functions. Every message of the library goes to one of them.
 //
 // What the library relies on:
-//  - `format` is a printf format, expanded with the arguments that follow; neither is kept.
-//  - A message ends in a newline or it does not; a sink that writes lines ends each one once.
+//  - `format` is a printf format for the arguments that follow. The function keeps neither.
+//  - A message may end in a newline or not. A sink that writes lines writes one line either way.
 //  - Any number of threads may call at once. Nothing is returned: a sink that cannot write drops
 //    the message.
 //
-// The embedded platform writes to standard error, or to where the environment variable ORVANE_LOG
-// says when the first message arrives: `off`, `stderr`, `syslog`, or a file's path (appended to,
-// created with mode 0600). Each message is one write of one line, of any length: control characters
-// inside it, line feeds included, are written as \xNN, so that no name can forge a line.
+// The embedded platform writes to standard error, or to the destination that the environment
+// variable ORVANE_LOG names when the first message arrives: `off`, `stderr`, `syslog`, or a file's
+// path (appended to; created with mode kLogFileMode). Each message is one write of one line, of any
+// length. Control characters inside a message, line feeds included, are written as \xNN, so that a
+// name cannot forge a log line.
 #pragma once
 
 #include "platform/export.h"
+
+// Mode of a log file that the embedded platform creates: its owner may read and write it.
+inline constexpr unsigned int kLogFileMode = 0600;
 
 extern "C" {
 

@@ -1,26 +1,28 @@
-// The platform layer: what this machine, the NAS, says about itself.
+// The platform layer: information about this machine, the NAS.
 //
 // What the library relies on:
-//  - Each function returns 0 when it filled its record, and another number when it failed.
+//  - Each function returns 0 when it filled in its record, and another number when it failed.
 //  - Records belong to the caller, who constructs each one with its defaults before the call. A
-//    question at its defaults asks for everything.
-//  - Any number of threads may call at once, on records of their own.
+//    question with its defaults asks for everything.
+//  - Any number of threads may call at once, each with its own records.
 //
 // The embedded platform:
-//  - The authentication always succeeds: the identity is the text "local".
-//  - `ip_list` has the addresses of the interfaces that are up and are not loopback, IPv4 first, in
-//    the order of the system, separated by commas without blanks. Link-local IPv6 addresses are
-//    left out: without the name of an interface of the machine that uses them they lead nowhere. It
-//    is empty when there is no such address; the call fails when the interfaces cannot be listed.
-//  - The numbers are port numbers, 1 to 65535: `share_value_1` of http, `share_value_2` of https,
-//    `app_value` of the applications. They are 80, 443 and 8080, or what the file
-//    /etc/orvane/host.conf says in lines such as
+//  - PAL_auth_get_auth always succeeds: the identity is the string "local".
+//  - `ip_list` contains the addresses of the interfaces that are up and are not loopback, IPv4
+//    first, in the order of the system, separated by commas without spaces. Link-local IPv6
+//    addresses are left out: another machine cannot use them without the name of one of its own
+//    interfaces. The list is empty when there are no such addresses; the call fails when the
+//    interfaces cannot be listed.
+//  - The numbers are port numbers, 1 to 65535: `share_value_1` is the port of HTTP, `share_value_2`
+//    of HTTPS, `app_value` of the applications. The settings file /etc/orvane/host.conf sets them;
+//    these are the defaults:
 //        http_port = 80
 //        https_port = 443
 //        app_port = 8080
-//    The file need not exist. "#" begins a comment; of several lines for one number the last
-//    counts; a line that is none of these is logged and ignored. It is read anew by every call.
-// Log lines of the embedded platform layer carry the tag "[hostinfo]".
+//    The file may be missing. "#" begins a comment. When several lines set the same port, the last
+//    one counts; a line that is not a setting is logged and ignored. Every call reads the file
+//    again.
+// Log lines of the embedded platform layer have the tag "[hostinfo]".
 #pragma once
 
 #include <cstddef>
@@ -29,9 +31,11 @@
 
 #include "platform/export.h"
 
-// The identity under which the library talks to the platform. It passes the record on and reads
-// none of its fields. (The order and types of all fields of the three records are the platform's
-// interface and must not change.)
+// The order and types of the fields of the three records are the platform's interface: they must
+// not change.
+
+// The identity that the library has for the platform. The library passes the record on and reads
+// none of its fields.
 struct t_auth {
   std::string identity;
   std::string further_text_2;
@@ -52,7 +56,7 @@ struct t_system_share_addr {
   std::int32_t share_value_2 = 0;
   std::uint8_t further_bytes[12] = {};
   std::string further_texts[4];
-  std::string ip_list;  // separated by commas, with or without a blank after each
+  std::string ip_list;  // separated by commas, with or without a space after each
 };
 
 extern "C" {

@@ -1,24 +1,26 @@
 // The records of the vault database, and the contract of the vault database library that stores
-// them. The library reaches the database through these classes only; the embedded platform
-// implements them, a device may bring its own implementation, and so may a test.
+// them. The library uses the database through these classes only. The embedded platform implements
+// them; a device may bring its own implementation, and so may a test.
 //
 // What the library relies on, for every operation:
 //  - The order of a call is: construct with new, init() once, operations, release() once, delete.
-//    Two objects may be open at the same time in one thread; objects share nothing, so any number
-//    of threads may work, each on its own.
+//    Two objects may be open at the same time in one thread. Objects share nothing, so any number
+//    of threads may work at once, each on its own object.
 //  - Each operation takes effect by itself: once it has returned 0, its change is durable, and a
 //    later failure does not undo it. There is no transaction over several operations.
-//  - Texts are byte strings, compared byte for byte. Result lists are appended to.
+//  - Texts are byte strings, compared byte for byte. Results are appended to lists, which are not
+//    emptied first.
 //  - A failed operation returns a non-zero status (the embedded ones: platform/vault_status.h),
-//    changes nothing and appends nothing. The library looks at the statuses of insert_data_source,
-//    remove_metadata and check_channel_list_valid only; a failed write has to be logged below.
-//    After a failed init() every operation fails, the embedded ones with the status of init().
+//    changes nothing and appends nothing. After a failed init() every operation fails; in the
+//    embedded database with the status of init(). The library reads the statuses of
+//    insert_data_source, remove_metadata and check_channel_list_valid only, so the implementation
+//    has to log every other failed write.
 //
 // The embedded vault database is an SQLite file: the one that the environment variable
-// ORVANE_VAULT names, or /var/lib/orvane/vault.db, created with mode 0600 on first use, its folder
-// included. A writer waits at most 10 seconds for another one, and readers wait for nobody. A file
-// that is not a vault database, is damaged, or was written by a newer version is never changed.
-// Its operations log every failure themselves, with the tag "[vaultdb]".
+// ORVANE_VAULT names, or /var/lib/orvane/vault.db. The first use creates it with mode 0600, and the
+// directories above it. A writer waits at most kLockWaitMs for another writer; readers wait for
+// nobody. A file that is not a vault database, is damaged, or was written by a newer version is
+// never changed. Every failure is logged, with the tag "[vaultdb]".
 #pragma once
 
 #include <cstdint>
@@ -36,40 +38,45 @@ namespace metadata_vault {
 // One text-filter rule of a data source.
 struct Filter {
   std::string record_id;   // the database's key of the stored record
-  std::string vault_id;    // the data source that the filter belongs to
-  std::int32_t type = -1;  // kind of rule; -1: none
-  std::string target;      // the text to look for
-  std::string result;      // the text to put in its place
+  std::string vault_id;    // the data source that has the filter
+  std::int32_t type = -1;  // kind of rule; -1: no type
+  std::string target;      // the text to find
+  std::string result;      // the text that replaces it
   std::string name;        // for people
 };
 
 // One camera channel of a data source.
 struct Channel {
   std::string record_id;            // the database's key; set on records that a query returns
-  std::string vault_id;             // the data source that the channel belongs to
+  std::string vault_id;             // the data source that has the channel
   std::int32_t channel_index = -1;  // its number within the data source
-  std::string guid;                 // the camera; it may be in several data sources
+  std::string guid;                 // the camera; several data sources may have it
   std::string name;                 // for people
 };
 
 // One data source, and so one vault.
 struct DataSource {
-  std::string record_id;  // the database's key; this library neither sets nor reads it
+  std::string record_id;  // the database's key; the library neither sets nor reads it
   std::string vault_id;   // unique
   std::string type;
   std::string vault_name;  // up to 64 bytes reach every caller whole
   bool enable = true;
-  std::int32_t index = -1;          // place in the vault list; unique among those of 0 and above
+  std::int32_t index = -1;          // position in the vault list; unique when not negative
   std::string description;          // up to 512 bytes reach every caller whole
-  std::int64_t last_recv_time = 0;  // milliseconds since 1970 (UTC); 0: nothing received yet
+  std::int64_t last_recv_time = 0;  // milliseconds since 1970 (UTC); 0: nothing received
   std::vector<Filter> filter;
   std::vector<Channel> channel_guid_list;
 };
 
-// Data sources that a vault database holds at most.
+// The largest number of data sources in a vault database. Stored vault databases enforce it
+// themselves: it must not change.
 inline constexpr int kMaxDataSources = 128;
 
-class VaultConnectionState;  // the implementation's own
+// How long a writer of the embedded vault database, or of the embedded event database, waits for
+// another writer before it fails with kVaultBusy.
+inline constexpr int kLockWaitMs = 10'000;
+
+class VaultConnectionState;  // defined by the implementation
 
 }  // namespace metadata_vault
 
@@ -81,10 +88,10 @@ class ORVANEIP_API CMetaDataVaultDB {
   CMetaDataVaultDB(const CMetaDataVaultDB&) = delete;
   CMetaDataVaultDB& operator=(const CMetaDataVaultDB&) = delete;
 
-  // Opens the vault database for this object. Without effect when it is open.
+  // Opens the vault database for this object. Does nothing when it is open.
   int init();
 
-  // Closes what init() opened. Without effect when nothing is open.
+  // Closes what init() opened. Does nothing when nothing is open.
   int release();
 
  protected:
@@ -98,27 +105,27 @@ class ORVANEIP_API CDataSource : public CMetaDataVaultDB {
   ~CDataSource() override;
 
   // Appends the data sources with this `vault_id` and this `vault_name`; an empty argument matches
-  // every value. Each record has its whole `filter` and `channel_guid_list`. The embedded database
-  // orders data sources by `index`, channels by `channel_index`, filters as they were stored, and
-  // reads all of it from one moment's state.
+  // every value. Each record has its complete `filter` and `channel_guid_list`. The embedded
+  // database orders data sources by `index`, channels by `channel_index` and filters as they were
+  // stored, and reads all of them in the same state of the database.
   int query_data_source(const std::string& vault_id, const std::string& vault_name,
                         std::vector<metadata_vault::DataSource>& found);
 
   // Appends all data sources in ascending order of `index`. Their `filter` and `channel_guid_list`
-  // need not be filled; the embedded database leaves them empty.
+  // may be empty; in the embedded database they are.
   int query_data_source_sort_by_index(std::vector<metadata_vault::DataSource>& found);
 
   // Stores a new data source from `vault_id`, `type`, `vault_name`, `enable`, `index` and
-  // `description`. The embedded database refuses a `vault_id` or an `index` of 0 or above that is
-  // stored already, and a 129th data source.
+  // `description`. The embedded database refuses a `vault_id` that is stored, an `index` of 0 or
+  // above that is stored, and a data source beyond kMaxDataSources.
   int insert_data_source(const metadata_vault::DataSource& data_source);
 
   // Replaces `type`, `vault_name`, `enable`, `index`, `description` and `last_recv_time` of the
-  // data source with this `vault_id`; its filters and channels stay.
+  // data source with this `vault_id`. Its filters and channels do not change.
   int update_data_source(const metadata_vault::DataSource& data_source);
 
-  // Removes the data source with this `vault_id`; the embedded database removes its filters and
-  // channels with it, all or nothing.
+  // Removes the data source with this `vault_id`. The embedded database removes its filters and
+  // channels as well, all or nothing.
   int remove_data_source(const metadata_vault::DataSource& data_source);
 
   // Stores a new channel from `vault_id`, `channel_index`, `guid` and `name`.
@@ -132,19 +139,19 @@ class ORVANEIP_API CDataSource : public CMetaDataVaultDB {
   int query_channel(const std::string& vault_id, const std::string& guid,
                     std::vector<metadata_vault::Channel>& found);
 
-  // Removes the channels with this `guid` from every data source. None is no failure.
+  // Removes the channels with this `guid` from every data source. Succeeds when there are none.
   int remove_channel_by_guid(const std::string& guid);
 
-  // Removes the channels of this data source. None is no failure.
+  // Removes the channels of this data source. Succeeds when there are none.
   int remove_channel_by_vault_id(const std::string& vault_id);
 
   // Stores a new filter from `vault_id`, `type`, `target`, `result` and `name`.
   int insert_filter(const metadata_vault::Filter& filter);
 
-  // Removes the filters of this data source. None is no failure.
+  // Removes the filters of this data source. Succeeds when there are none.
   int remove_filter_by_vault_id(const std::string& vault_id);
 
-  // Appends the filters of this data source, as they were stored.
+  // Appends the filters of this data source in the order in which they were stored.
   int query_filter(const std::string& vault_id, std::vector<metadata_vault::Filter>& found);
 };
 
@@ -154,12 +161,13 @@ class ORVANEIP_API CMetadata : public CMetaDataVaultDB {
   CMetadata();
   ~CMetadata() override;
 
-  // Removes the metadata that `key` names, in whatever vault; kVaultNotFound when there is none.
+  // Removes the metadata with this key from its vault; the embedded database returns
+  // kVaultNotFound when there is no such metadata.
   int remove_metadata(std::string key);
 };
 
-// 0 when `channel_list` is an acceptable channel list, otherwise a status of its own for each kind
-// of refusal. The embedded database accepts an array of objects with a non-empty string "guid", an
-// integer "channel_index" of 0 or above and a string "name"; within the list neither a guid nor an
-// index repeats. Null is refused as no array.
+// Returns 0 when `channel_list` is a valid channel list, otherwise a status for the first fault.
+// The embedded database accepts an array of objects with a non-empty string "guid", an integer
+// "channel_index" of 0 or above and a string "name"; no guid and no index may repeat within the
+// list. Null is not an array.
 ORVANEIP_API int check_channel_list_valid(json_object* channel_list);

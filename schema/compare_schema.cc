@@ -36,8 +36,8 @@ table_info* finish(orvaneip::ColumnList list, int count, int* new_count) {
   return list.release();
 }
 
-table_info* refuse(const char* reason, int* new_count) {
-  orvane_log_debug("[%s] %s", kFunction, reason);
+table_info* refuse(const std::string& reason, int* new_count) {
+  orvane_log_debug("[%s] %s", kFunction, reason.c_str());
   return finish(orvaneip::new_column_list(0), -1, new_count);
 }
 
@@ -49,7 +49,7 @@ table_info* devcfg_compare_table_schema(table_info* current, table_info* wanted,
   }
   const std::vector<int> found = find_new(*current, *wanted);
   if (found.size() > kMaxNewColumns) {
-    return refuse("More than 128 new columns", new_count);
+    return refuse(orvaneip::too_many_columns(), new_count);
   }
   const int count = static_cast<int>(found.size());
   orvaneip::ColumnList list = orvaneip::new_column_list(count);

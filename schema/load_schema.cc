@@ -5,15 +5,16 @@
 #include <vector>
 
 #include "base/sql_quote.h"
-#include "sqlite/csqlite.h"
 #include "platform/log_sinks.h"
 #include "schema/internal/column_list.h"
 #include "schema/internal/type_word.h"
+#include "sqlite/csqlite.h"
 
 namespace {
 
 constexpr char kFunction[] = "devcfg_load_table_schema";
-// In the column "hidden" of PRAGMA table_xinfo: a virtual table's hidden column.
+constexpr int kTextLengthMax = static_cast<int>(kColumnTextBytes) - 1;
+// The value of "hidden" in PRAGMA table_xinfo for a hidden column of a virtual table.
 constexpr int kHidden = 1;
 
 struct Column {
@@ -21,15 +22,16 @@ struct Column {
   std::string type;
 };
 
-// In the current row. Not through a copy: that could not tell an empty text from no memory.
-std::string text_of(CSqlite& db, const char* column) {
+// Returns the value of a column in the current row. QGetStringByName1 would not distinguish an
+// empty value from exhausted memory.
+std::string value_of(CSqlite& db, const char* column) {
   const int index = db.getColumnIndex(column);
-  const char* text =
+  const char* value =
       index < 0 ? nullptr : db.result_table[(db.cursor + 1) * db.column_count + index];
-  return text != nullptr ? text : "";
+  return value != nullptr ? value : "";
 }
 
-// A query that only gave up on a lock has no result, and counts as failed here.
+// Fails also when the query gave up on a lock: it has no result then.
 bool query(CSqlite& db, const std::string& sql) {
   if (db.QuerySQL(sql.c_str()) && db.result_table != nullptr) {
     return true;
@@ -38,7 +40,7 @@ bool query(CSqlite& db, const std::string& sql) {
   return false;
 }
 
-// The table's CREATE statement.
+// Returns the table's CREATE statement.
 std::optional<std::string> read_statement(CSqlite& db, const std::string& table, const char* path) {
   if (!query(db, "select * from sqlite_master where type='table' and name=" +
                      base::sql_quoted(table, '\''))) {
@@ -48,7 +50,7 @@ std::optional<std::string> read_statement(CSqlite& db, const std::string& table,
     orvane_log_debug("[%s] No target table in db: %s", kFunction, path);
     return std::nullopt;
   }
-  return text_of(db, "sql");
+  return value_of(db, "sql");
 }
 
 std::optional<std::vector<Column>> read_columns(CSqlite& db, const std::string& table,
@@ -62,8 +64,8 @@ std::optional<std::vector<Column>> read_columns(CSqlite& db, const std::string& 
     int hidden = 0;
     db.QGetIntegerByName("hidden", &hidden);
     if (hidden != kHidden) {
-      const std::string name = text_of(db, "name");
-      columns.push_back({name, written.word_of(name, text_of(db, "type"))});
+      const std::string name = value_of(db, "name");
+      columns.push_back({name, written.word_of(name, value_of(db, "type"))});
     }
   }
   return columns;
@@ -74,9 +76,9 @@ table_info* as_list(const std::vector<Column>& columns) {
   for (std::size_t i = 0; list != nullptr && i < columns.size(); ++i) {
     const Column& column = columns[i];
     if (column.name.size() >= kColumnTextBytes || column.type.size() >= kColumnTextBytes) {
-      orvane_log_debug(
-          "[%s] Column %.127s: the name or the type word %.127s is longer than %zu bytes",
-          kFunction, column.name.c_str(), column.type.c_str(), kColumnTextBytes - 1);
+      orvane_log_debug("[%s] Column %.*s: the name or the type word %.*s is longer than %d bytes",
+                       kFunction, kTextLengthMax, column.name.c_str(), kTextLengthMax,
+                       column.type.c_str(), kTextLengthMax);
       return nullptr;
     }
     orvaneip::set_column(*list, static_cast<int>(i), column.name.c_str(), column.type.c_str());

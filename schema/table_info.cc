@@ -11,9 +11,9 @@ void release_texts(char** texts, std::int32_t count) {
   std::free(texts);
 }
 
-// `count` empty texts, or null when memory is exhausted.
+// Returns `count` empty strings, or null when memory is exhausted.
 char** allocate_texts(std::int32_t count) {
-  // One entry more, so that an empty array is no null pointer either.
+  // One more entry, so that an empty array is not a null pointer either.
   auto** texts =
       static_cast<char**>(std::calloc(static_cast<std::size_t>(count) + 1, sizeof(char*)));
   for (std::int32_t i = 0; texts != nullptr && i < count; ++i) {

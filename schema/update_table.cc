@@ -1,24 +1,24 @@
 #include "schema/update_table.h"
 
-#include "sqlite/csqlite.h"
 #include "platform/log_sinks.h"
-#include "schema/internal/column_list.h"
 #include "schema/compare_schema.h"
+#include "schema/internal/column_list.h"
 #include "schema/internal/sql_name.h"
+#include "sqlite/csqlite.h"
 
 namespace {
 
 constexpr char kUpdate[] = "devcfg_update_table";
 constexpr char kStatements[] = "devcfg_upgrade_statements";
 
-int refuse(const char* reason) {
-  orvane_log_debug("[%s] %s", kStatements, reason);
+int refuse(const std::string& reason) {
+  orvane_log_debug("[%s] %s", kStatements, reason.c_str());
   return -1;
 }
 
 int refuse(const char* column, const char* reason) {
-  orvane_log_debug("[%s] Column %.127s: %s", kStatements, column != nullptr ? column : "(null)",
-                   reason);
+  orvane_log_debug("[%s] Column %.*s: %s", kStatements, static_cast<int>(kColumnTextBytes) - 1,
+                   column != nullptr ? column : "(null)", reason);
   return -1;
 }
 
@@ -27,7 +27,7 @@ std::string alter_statement(const char* table, const char* name, const char* typ
          " " + orvaneip::type_in_sql(type);
 }
 
-// ExecSQL counts giving up on a lock as success; the column is missing then.
+// ExecSQL also returns true when it gave up on a lock; the column is not added then.
 bool add_column(CSqlite& db, const std::string& statement) {
   return db.ExecSQL(statement.c_str()) && db.last_rc == 0;
 }
@@ -40,11 +40,11 @@ int devcfg_upgrade_statements(const table_info* columns, const char* table,
     return refuse("No columns or no table");
   }
   if (columns->col_count > kMaxNewColumns) {
-    return refuse("More than 128 new columns");
+    return refuse(orvaneip::too_many_columns());
   }
   std::vector<std::string> built;
   for (int i = 0; i < columns->col_count; ++i) {
-    if (!orvaneip::has_valid_texts(*columns, i)) {
+    if (!orvaneip::is_valid_column(*columns, i)) {
       return refuse(columns->col_name != nullptr ? columns->col_name[i] : nullptr,
                     "the name or the type word is missing or has no end");
     }

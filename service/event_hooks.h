@@ -1,5 +1,5 @@
-// Hooks of the event configuration, for programs that call them: each returns 0, reads and changes
-// none of its arguments, and logs nothing. The JSON objects stay the caller's.
+// Hooks of the event configuration, for programs that call them. Each returns 0 and logs nothing;
+// it neither reads nor changes its arguments. The caller keeps the JSON objects.
 #pragma once
 
 #include "platform/export.h"

@@ -14,15 +14,12 @@ namespace {
 
 constexpr char kFunction[] = "get_nas_net_info";
 
-// Shorter entries are no addresses of this machine.
-constexpr std::size_t kShortestAddress = 8;
-
 struct NetInfo {
   t_network_app_info application;
   t_system_share_addr share;
 };
 
-// 0 or a result code. Only the application's answer may be missing.
+// Returns 0 or a result code. A missing answer about the application is not a failure.
 int ask_platform(NetInfo& info) {
   t_auth auth;
   if (PAL_auth_get_auth(auth) != 0) {
@@ -44,11 +41,11 @@ int ask_platform(NetInfo& info) {
   return kDevcfgOk;
 }
 
-// Empty when there is none.
+// Returns the first entry that is an address, or an empty string.
 std::string_view first_address(std::string_view list) {
   while (!list.empty()) {
     const std::string_view entry = list.substr(0, list.find(','));
-    if (entry.size() >= kShortestAddress) {
+    if (entry.size() >= kNasAddressLengthMin) {
       return entry;
     }
     list.remove_prefix(std::min(entry.size() + 1, list.size()));
@@ -91,8 +88,8 @@ int get_nas_net_info(char* ip, int* share_value_1, int* app_value, int* share_va
 
 int devcfg_get_net_info(char* id) {
   if (id != nullptr) {
-    const std::string fresh = create_device_id();
-    std::memcpy(id, fresh.c_str(), fresh.size() + 1);
+    const std::string created = create_device_id();
+    std::memcpy(id, created.c_str(), created.size() + 1);
   }
   return kDevcfgOk;
 }

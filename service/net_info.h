@@ -4,26 +4,30 @@
 
 #include "platform/export.h"
 
-// Bytes that the address of get_nas_net_info needs: an IPv6 address with the name of an interface
-// (45 characters, "%", 15 characters), a leading blank, the terminator, and one to spare.
+// Size in bytes of a buffer for the address of get_nas_net_info: an IPv6 address with the name of
+// an interface (45 + 1 + 15 characters), a leading space, the terminator, and one byte to spare.
 inline constexpr std::size_t kNasAddressBytes = 64;
 
-// Under which address and numbers this machine can be reached: the first entry of the platform's
-// address list that is longer than 7 characters, and three numbers of the platform (the embedded
-// one's are ports: platform/platform_layer.h). A blank after a comma of the list belongs to the
-// entry.
+// Length of the shortest entry of the platform's address list that is taken for an address.
+inline constexpr std::size_t kNasAddressLengthMin = 8;
+
+// Reads the address and the numbers under which other machines reach this one: the first entry of
+// the platform's address list with at least kNasAddressLengthMin characters, and three numbers
+// (port numbers on the embedded platform: platform/platform_layer.h). A space after a comma of the
+// list is part of the entry.
 //
-// `ip`: a buffer of at least kNasAddressBytes. Every address fits whole; a longer entry, which is
-//   none, is cut to fit and logged. Left as it is when no entry is longer than 7 characters, which
-//   is no failure: set it to "" before the call.
+// `ip`: a buffer of at least kNasAddressBytes. Every address fits; a longer entry, which is not an
+//   address, is cut to fit and logged. Not written when every entry is shorter than
+//   kNasAddressLengthMin, which is not a failure: set it to "" before the call.
 // `share_value_1`, `app_value`, `share_value_2`: written on success; `app_value` is 0 when the
 //   platform does not know it.
-// Each may be null when it is not wanted.
+// Each may be null.
 //
-// Returns 0; or, with nothing written, kDevcfgAuthFailed, kDevcfgShareAddressFailed, or
-// kDevcfgAddressListEmpty.
+// Returns 0; or kDevcfgAuthFailed, kDevcfgShareAddressFailed or kDevcfgAddressListEmpty, and then
+// nothing is written.
 ORVANEIP_API int get_nas_net_info(char* ip, int* share_value_1, int* app_value, int* share_value_2);
 
 // Writes a new device identifier into `id`, a buffer of at least kDeviceIdBytes
-// (foundation/identifiers.h). Returns 0. Null is left alone. Reads no network information.
+// (foundation/identifiers.h). Returns 0. Does nothing when `id` is null. Reads no network
+// information.
 ORVANEIP_API int devcfg_get_net_info(char* id);

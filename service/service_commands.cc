@@ -8,10 +8,10 @@ namespace {
 constexpr char kServiceScript[] = ORVANEIP_ROOT "/etc/init.d/Kmetadatad.sh";
 constexpr char kDeviceManager[] = ORVANEIP_ROOT "/usr/bin/kdevmgmt";
 
-// For the log: the path as it is on a device.
-const char* bare(const char* path) { return path + sizeof(ORVANEIP_ROOT) - 1; }
+// Returns the path without the prefix of a build that runs elsewhere, for the log.
+const char* path_on_device(const char* path) { return path + sizeof(ORVANEIP_ROOT) - 1; }
 
-// -1 when the command did not exit.
+// Returns -1 when the command did not exit.
 int exit_code(int status) {
   const bool has_exited = (status & 0x7F) == 0;
   return has_exited ? status >> 8 & 0xFF : -1;
@@ -20,21 +20,22 @@ int exit_code(int status) {
 int run(const char* path, const char* argument) {
   const int code = exit_code(vorn_exec(0, 0, 0, path, argument, static_cast<char*>(nullptr)));
   if (code < 0) {
-    orvane_log_debug("[libdevcfg] System command error: %s %s", bare(path), argument);
+    orvane_log_debug("[libdevcfg] System command error: %s %s", path_on_device(path), argument);
   }
   return code;
 }
 
 int run_for_device(const char* argument, const char* device_id) {
   if (device_id == nullptr) {
-    orvane_log_debug("[libdevcfg] %s %s: no device identifier", bare(kDeviceManager), argument);
+    orvane_log_debug("[libdevcfg] %s %s: no device identifier", path_on_device(kDeviceManager),
+                     argument);
     return -1;
   }
   const int code = exit_code(
       vorn_exec(0, 0, 0, kDeviceManager, argument, device_id, static_cast<char*>(nullptr)));
   if (code < 0) {
-    orvane_log_debug("[libdevcfg] System command error: %s %s %s", bare(kDeviceManager), argument,
-                     device_id);
+    orvane_log_debug("[libdevcfg] System command error: %s %s %s", path_on_device(kDeviceManager),
+                     argument, device_id);
   }
   return code;
 }

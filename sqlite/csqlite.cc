@@ -34,7 +34,7 @@ CSqlite::CSqlite(const char* name)
 
 CSqlite::~CSqlite() {
   if (!closeDatabase()) {
-    // SQLite releases the connection with the user's last statement on it.
+    // SQLite releases the connection together with the user's last statement on it.
     sqlite3_close_v2(db);
   }
 }

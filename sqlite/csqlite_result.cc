@@ -1,4 +1,4 @@
-// The result of a query: its cursor and the getters.
+// The result of a query: the cursor and the getters of CSqlite.
 #include <sqlite3.h>
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace {
 
-// Most texts differ in their first byte, and reading a result is mostly this.
+// Reading a result is mostly this comparison, and most names differ in their first byte.
 bool equal(const char* left, const char* right) {
   return *left == *right && std::strcmp(left, right) == 0;
 }
@@ -28,8 +28,8 @@ int find_column(const CSqlite& result, const char* column_name) {
   return -1;
 }
 
-// The cell of a column in the current row, or null when there is no such column or row. The cell
-// itself is null for NULL.
+// Returns the cell of a column in the current row, or null when there is no such column or row. The
+// cell itself is null for NULL.
 char* const* find_cell(const CSqlite& result, const char* column_name) {
   const int column = find_column(result, column_name);
   if (column < 0 || result.cursor < 0 || result.cursor >= result.row_count) {

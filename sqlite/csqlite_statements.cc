@@ -1,14 +1,14 @@
-// The statements of CSqlite: one attempt of each, and what its outcome does to the object.
+// The statements of CSqlite: a single attempt of each, and the effect of its outcome on the object.
 #include <sqlite3.h>
 
 #include <cstdarg>
 #include <cstddef>
 #include <string>
 
-#include "sqlite/internal/busy_retry.h"
 #include "foundation/logging.h"
 #include "sqlite/csqlite.h"
-#include "sqlite/internal/statement_run.h"
+#include "sqlite/internal/busy_retry.h"
+#include "sqlite/internal/statement_runner.h"
 
 namespace {
 
@@ -33,8 +33,8 @@ void reset_result(CSqlite& object) {
   object.freeResult();
 }
 
-// What an attempt with this result came to; nothing when it met a lock. A failure is logged and
-// closes the connection.
+// Returns the outcome of an attempt with this result; nothing when it met a lock. A failure is
+// logged and closes the connection.
 template <typename LogFailure>
 std::optional<bool> outcome_of(CSqlite& object, int result, LogFailure log_failure) {
   const bool failed = result != SQLITE_OK && !is_busy(result);
@@ -49,9 +49,9 @@ std::optional<bool> outcome_of(CSqlite& object, int result, LogFailure log_failu
   return is_busy(result) ? std::nullopt : std::optional<bool>(!failed);
 }
 
-// The name stands in the statement as it is given. Where a quote in it would end the literal, the
-// name is cut behind that quote: the literal has no end then, so SQLite refuses the statement, and
-// nothing that follows the quote is ever taken for SQL.
+// The statement contains the name as it is given. Where a quote would end the literal, the name is
+// cut after that quote. The literal has no end then, so SQLite refuses the statement, and what
+// follows the quote never runs as SQL.
 std::string sequence_query(const char* table) {
   std::string name(table);
   for (std::size_t quote = name.find('\''); quote != std::string::npos;
@@ -69,22 +69,22 @@ int read_sequence(CSqlite& object) {
   return object.QGetIntegerByName("seq", &value) ? value : -1;
 }
 
-// The result of the first text that SQLite does not take; one beyond the parameters counts as
-// taken.
-int bind_texts(sqlite3_stmt* statement, va_list texts) {
+// Binds the values to the parameters in order. Returns the result of the first one that SQLite
+// refuses; values beyond the parameters are ignored.
+int bind_values(sqlite3_stmt* statement, va_list values) {
   int result = SQLITE_OK;
   for (int index = 1; result == SQLITE_OK; ++index) {
-    const char* text = va_arg(texts, const char*);
-    if (text == nullptr) {
+    const char* value = va_arg(values, const char*);
+    if (value == nullptr) {
       break;
     }
-    result = sqlite3_bind_text(statement, index, text, -1, SQLITE_STATIC);
+    result = sqlite3_bind_text(statement, index, value, -1, SQLITE_STATIC);
   }
   return result == SQLITE_RANGE ? SQLITE_OK : result;
 }
 
-// One attempt of Parametrized_ExecSQL; nothing when it met a lock.
-std::optional<bool> exec_with_texts(CSqlite& object, const char* sql, va_list texts) {
+// Makes one attempt of Parametrized_ExecSQL. Returns nothing when it met a lock.
+std::optional<bool> exec_with_values(CSqlite& object, const char* sql, va_list values) {
   sqlite3_stmt* prepared = nullptr;
   object.last_rc = sqlite3_prepare_v2(object.db, sql, -1, &prepared, nullptr);
   const orvaneip::Statement statement(prepared);
@@ -95,7 +95,7 @@ std::optional<bool> exec_with_texts(CSqlite& object, const char* sql, va_list te
     LogDebug("[CSqlite] sqlite3_prepare_v2 error: %s\n", connection_error(object));
     return false;
   }
-  object.last_rc = bind_texts(statement.get(), texts);
+  object.last_rc = bind_values(statement.get(), values);
   if (object.last_rc == SQLITE_OK) {
     object.last_rc = sqlite3_step(statement.get());
   }
@@ -129,7 +129,7 @@ int CSqlite::ExecSQL(const char* sql, char* table) {
     return -1;
   }
   const std::string text = std::string(sql) + "; " + sequence_query(table);
-  orvaneip::StatementRun statements(db, text.c_str());
+  orvaneip::StatementRunner statements(db, text.c_str());
   reset_result(*this);
   int result = SQLITE_OK;
   retry_while_busy([&] {
@@ -147,16 +147,16 @@ bool CSqlite::Parametrized_ExecSQL(const char* sql, ...) {
     LogDebug("[CSqlite] sqlite3_prepare_v2 error: %s\n", kNullArgument);
     return false;
   }
-  va_list texts;
-  va_start(texts, sql);
+  va_list values;
+  va_start(values, sql);
   const bool done = retry_while_busy([&] {
     va_list again;
-    va_copy(again, texts);
-    const std::optional<bool> outcome = exec_with_texts(*this, sql, again);
+    va_copy(again, values);
+    const std::optional<bool> outcome = exec_with_values(*this, sql, again);
     va_end(again);
     return outcome;
   });
-  va_end(texts);
+  va_end(values);
   return done;
 }
 

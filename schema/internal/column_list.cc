@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "schema/compare_schema.h"
+
 namespace orvaneip {
 namespace {
 
@@ -21,7 +23,7 @@ ColumnList new_column_list(int count) {
              : nullptr;
 }
 
-bool has_valid_texts(const table_info& columns, int index) {
+bool is_valid_column(const table_info& columns, int index) {
   return columns.col_name != nullptr && columns.col_type != nullptr &&
          is_valid_text(columns.col_name[index]) && is_valid_text(columns.col_type[index]);
 }
@@ -31,7 +33,7 @@ bool is_valid(const table_info* columns) {
     return false;
   }
   for (int i = 0; i < columns->col_count; ++i) {
-    if (!has_valid_texts(*columns, i)) {
+    if (!is_valid_column(*columns, i)) {
       return false;
     }
   }
@@ -41,6 +43,10 @@ bool is_valid(const table_info* columns) {
 void set_column(table_info& columns, int index, const char* name, const char* type) {
   std::snprintf(columns.col_name[index], kColumnTextBytes, "%s", name);
   std::snprintf(columns.col_type[index], kColumnTextBytes, "%s", type);
+}
+
+std::string too_many_columns() {
+  return "More than " + std::to_string(kMaxNewColumns) + " new columns";
 }
 
 }  // namespace orvaneip

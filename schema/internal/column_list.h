@@ -1,7 +1,8 @@
-// The record table_info, as the operations of this folder handle it.
+// The record table_info inside the library.
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "schema/table_info.h"
 
@@ -12,16 +13,19 @@ struct ReleaseColumns {
 };
 using ColumnList = std::unique_ptr<table_info, ReleaseColumns>;
 
-// A list with room for `count` columns; null when memory is exhausted.
+// Returns a list with room for `count` columns; null when memory is exhausted.
 ColumnList new_column_list(int count);
 
-// True when the texts of column `index` are there and end within their buffers.
-bool has_valid_texts(const table_info& columns, int index);
+// Returns whether name and type of column `index` are present and end within their buffers.
+bool is_valid_column(const table_info& columns, int index);
 
-// True for a list all of whose texts are valid; an empty one needs no arrays.
+// Returns whether all columns of the list are valid. An empty list needs no arrays.
 bool is_valid(const table_info* columns);
 
-// Copies texts that are shorter than kColumnTextBytes into column `index`.
+// Copies name and type, shorter than kColumnTextBytes, into column `index`.
 void set_column(table_info& columns, int index, const char* name, const char* type);
+
+// Returns the message for more than kMaxNewColumns columns.
+std::string too_many_columns();
 
 }  // namespace orvaneip

@@ -24,7 +24,7 @@ bool is_plain_name(std::string_view name) {
          sqlite3_keyword_check(name.data(), static_cast<int>(name.size())) == 0;
 }
 
-// "(20)" or "(10,2)": digits with at most one comma between them.
+// Returns whether it is like "(20)" or "(10,2)": digits with at most one comma between them.
 bool is_plain_size(std::string_view size) {
   if (size.size() < 3 || size.front() != '(' || size.back() != ')') {
     return false;

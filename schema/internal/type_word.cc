@@ -5,11 +5,11 @@
 namespace orvaneip {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+constexpr std::string_view kSqlWhitespace = " \t\n\v\f\r";
 
-bool is_white_space(char byte) { return kWhiteSpace.find(byte) != std::string_view::npos; }
+bool is_whitespace(char byte) { return kSqlWhitespace.find(byte) != std::string_view::npos; }
 
-// SQLite takes "GENERATED ALWAYS" off the end of a type, also where it is part of a longer word.
+// SQLite removes "GENERATED ALWAYS" from the end of a type, even where it is part of a longer word.
 bool is_in_type(const std::string& word, std::string_view declared_type) {
   return strcasestr(std::string(declared_type).c_str(), word.substr(0, word.find('(')).c_str());
 }
@@ -20,7 +20,7 @@ std::string type_word(std::string_view declared_type) {
   std::string word;
   int depth = 0;
   for (const char byte : declared_type) {
-    if (!is_white_space(byte)) {
+    if (!is_whitespace(byte)) {
       depth += byte == '(' ? 1 : byte == ')' ? -1 : 0;
       word += byte;
     } else if (!word.empty() && depth <= 0) {
@@ -43,7 +43,7 @@ std::string WrittenTypes::word_of(std::string_view name, std::string_view declar
     return type_word(declared_type);
   }
   token_ = tokens_.next();
-  // The module of a virtual table declares types that its statement does not write.
+  // The module of a virtual table declares types that the statement does not contain.
   const bool is_written = token_.text != "," && token_.text != ")";
   std::string word = declared_type.empty() ? ""
                      : is_written          ? read_word()
@@ -52,7 +52,7 @@ std::string WrittenTypes::word_of(std::string_view name, std::string_view declar
   return is_in_type(word, declared_type) ? word : type_word(declared_type);
 }
 
-// Brackets belong to the word when they touch it.
+// Brackets are part of the word when nothing is between them.
 std::string WrittenTypes::read_word() {
   const SqlToken first = token_;
   std::string type = first.name();

@@ -8,20 +8,21 @@
 
 namespace orvaneip {
 
-// The text up to the first white space behind its start, but for white space inside brackets, which
-// is left out: "UNSIGNED BIG INT" gives UNSIGNED, "DECIMAL(10, 2)" gives DECIMAL(10,2).
+// Returns the first word of the type. Whitespace inside brackets does not end it and is left out:
+// "UNSIGNED BIG INT" gives UNSIGNED, "DECIMAL(10, 2)" gives DECIMAL(10,2).
 std::string type_word(std::string_view declared_type);
 
-// The type words of a table, asked column by column, in the table's order. SQLite tells the common
-// types in upper case, however they are spelled, and others with their comments, but quoted ones
-// without their quotes; this reads them from the CREATE statement.
+// Reads the type words of a table's columns, in the table's order, from its CREATE statement.
+// SQLite reports the common types in upper case, however they are spelled, other types with their
+// comments, and quoted types without their quotes.
 class WrittenTypes {
  public:
   explicit WrittenTypes(std::string_view create_statement);
 
-  // The type word of the next column. `declared_type` is what SQLite tells: whether there is a
-  // type; and its word is the answer when the statement does not have the column in this place, and
-  // from then on (the columns of a virtual table are not in it).
+  // Returns the type word of the next column. `declared_type` is the type that SQLite reports; it
+  // is empty when the column has no type. Its first word is the result when the statement does not
+  // contain the column at this position (it does not contain the columns of a virtual table), and
+  // so for all later columns.
   std::string word_of(std::string_view name, std::string_view declared_type);
 
  private:
@@ -29,7 +30,7 @@ class WrittenTypes {
   void pass_column();
 
   SqlTokens tokens_;
-  SqlToken token_;  // the first one of the next column
+  SqlToken token_;  // the first token of the next column
 };
 
 }  // namespace orvaneip

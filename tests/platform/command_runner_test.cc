@@ -7,9 +7,9 @@
 
 static volatile sig_atomic_t alarms = 0;
 
-TEST(CommandRunner, HandsTheArgumentsOverUnchangedAndNothingElseAndGivesTheStatusWord) {
-  const test::TempDirectory folder;
-  const std::string path = folder.file("a script");
+TEST(CommandRunner, PassesTheArgumentsUnchangedAndNothingElseAndReturnsTheStatusWord) {
+  const test::TempDirectory directory;
+  const std::string path = directory.file("a script");
   const auto run = [&path](const std::string& text, mode_t mode = 0700) {
     test::write_file(path, text);
     chmod(path.c_str(), mode);
@@ -22,7 +22,7 @@ TEST(CommandRunner, HandsTheArgumentsOverUnchangedAndNothingElseAndGivesTheStatu
   EXPECT_EQ(run("#!/bin/sh\n", 0600), -1);
   EXPECT_EQ(vorn_exec(0, 0, 0, nullptr, nullptr), -1);
 
-  ASSERT_EQ(dup2(STDIN_FILENO, 77), 77);  // not closed by an exec on its own
+  ASSERT_EQ(dup2(STDIN_FILENO, 77), 77);  // stays open across an exec
   signal(SIGPIPE, SIG_IGN);
   sigset_t blocked;
   sigemptyset(&blocked);

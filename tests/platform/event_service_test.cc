@@ -1,5 +1,5 @@
-#include "tests/support/run_sql.h"
 #include "tests/support/library.h"
+#include "tests/support/run_sql.h"
 
 using test::run_sql;
 
@@ -7,11 +7,11 @@ static const std::string kTable =
     "CREATE TABLE IF NOT EXISTS active_event (event_id TEXT PRIMARY KEY);"
     "INSERT INTO active_event VALUES ('e1')";
 
-TEST(EventService, RemovesTheEventOfExactlyThisIdAndCreatesTheDatabase) {
+TEST(EventService, RemovesTheEventWithExactlyThisIdAndCreatesTheDatabase) {
   const test::TempVault vault;
-  setenv("ORVANE_VAULT", vault.file("new/folder/vault.db").c_str(), 1);
+  setenv("ORVANE_VAULT", vault.file("new/directory/vault.db").c_str(), 1);
   EXPECT_EQ(aevt_remove_event("e1"), 0);
-  const std::string file = vault.file("new/folder/events.db");
+  const std::string file = vault.file("new/directory/events.db");
   run_sql(file, kTable +
                     ", ('e'), ('E1'), ('e1 '), (''), ('a''b\";--'), ('%'),"
                     "(CAST(x'65310078' AS TEXT))");
@@ -25,7 +25,7 @@ TEST(EventService, RemovesTheEventOfExactlyThisIdAndCreatesTheDatabase) {
   EXPECT_TRUE(test::take_log().empty());
 }
 
-TEST(EventService, KeepsItsEventsBesideAVaultThatHasTheirNameAndLeavesWhatIsNoEventDatabase) {
+TEST(EventService, HasAnotherFileBesideAVaultOfItsNameAndDoesNotChangeAnythingButAnEventDatabase) {
   const test::TempVault vault;
   setenv("ORVANE_VAULT", vault.file("events.db").c_str(), 1);
   run_sql(vault.file("active_events.db"), kTable);

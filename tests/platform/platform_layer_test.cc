@@ -30,11 +30,11 @@ Entry interfaces[] = {
     {kUp, AF_INET6, "fe80::1"}, {kUp, AF_INET, "10.0.0.5"}, {kUp | IFF_LOOPBACK, AF_INET6, "::1"},
     {kUp, AF_INET6, "fd00::2"}};
 // clang-format on
-int open_lists = 0;  // below 0: there is none to be had
+int open_lists = 0;  // below 0: getifaddrs fails
 
 }  // namespace
 
-// The platform asks this program for the interfaces.
+// Replace the system's functions for the platform.
 extern "C" __attribute__((visibility("default"))) int getifaddrs(ifaddrs** list) noexcept {
   *list = interfaces;
   for (Entry& entry : interfaces) {
@@ -46,8 +46,8 @@ extern "C" __attribute__((visibility("default"))) void freeifaddrs(ifaddrs*) noe
   --open_lists;
 }
 
-// The sources of the host information are built into this program, with a root of its own.
-TEST(HostInformation, ListsUsefulAddressesIpv4FirstAndPortsWithADefaultForWhatIsNone) {
+// The sources of the host information are compiled into this program with another ORVANEIP_ROOT.
+TEST(HostInformation, ListsUsableAddressesIpv4FirstAndPortsWithDefaults) {
   t_system_share_addr share;
   const auto ports = [&share] {
     t_network_app_info app;
@@ -67,7 +67,7 @@ TEST(HostInformation, ListsUsefulAddressesIpv4FirstAndPortsWithADefaultForWhatIs
   open_lists = 0;
   std::filesystem::create_directories(file);
   EXPECT_EQ(ports(), kDefault);
-  EXPECT_EQ(test::take_log().size(), 2U) << "a folder";
+  EXPECT_EQ(test::take_log().size(), 2U) << "a directory";
   std::filesystem::remove(file);
   test::write_file(file,
                    "http_port = 1\n# p\n\n \thttps_port \t=  8443 # web\r\napp_port=65535\n"

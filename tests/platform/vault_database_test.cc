@@ -4,7 +4,7 @@ using namespace metadata_vault;
 using test::data_source;
 
 TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
-  const test::TempVault folder;
+  const test::TempVault directory;
   test::OpenVault vault;
   EXPECT_EQ(CDataSource().remove_data_source(data_source("a", 0)), kVaultNotOpen);
   EXPECT_EQ(test::add("a", "a", R"([{"guid":"g","channel_index":1,"name":"n"}])"), 0);
@@ -40,7 +40,7 @@ TEST(VaultDatabase, RefusesWithAStatusAndALogLineAndChangesNothing) {
 }
 
 TEST(ChannelList, EachKindOfRefusalHasItsStatus) {
-  // ^, # and * stand for the names of the three members.
+  // ^, # and * are replaced by the names of the three members.
   const std::pair<int, std::vector<std::string>> kRows[] = {
       {0, {"[]", "[{^'g',#0,*''}]", "[{^'g',#2147483647,*'n','more':[]}]"}},
       {kChannelListNotArray, {"", "{^'g',#0,*''}"}},

@@ -1,13 +1,13 @@
-// Several processes on one vault database, which is not there yet when they begin.
+// Several processes on one vault database, which does not exist when they begin.
 #include <chrono>
 #include <set>
 #include <thread>
 
-#include "tests/support/run_sql.h"
 #include "tests/support/process.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/vault_calls.h"
 
-// Adds data sources until the vault is full, renames each and finds it listed.
+// Adds data sources until the vault is full, renames each one and finds it in the listing.
 static int add_sources(const std::string& prefix, int count) {
   for (int i = 0; i < count; ++i) {
     const std::string id = prefix + "-" + std::to_string(i), name = '"' + id + "!\"";
@@ -30,8 +30,8 @@ static int add_sources(const std::string& prefix, int count) {
 TEST(VaultProcesses, AddModifyAndListAtOnce) {
   for (int round = 0; round < 14; ++round) {
     const int count = round < 13 ? 1 : 30;
-    const test::TempVault folder;
-    const std::string database = folder.file("new/vault.db");
+    const test::TempVault directory;
+    const std::string database = directory.file("new/vault.db");
     setenv("ORVANE_VAULT", database.c_str(), 1);
     const auto begin = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
     std::vector<pid_t> children;

@@ -12,7 +12,7 @@ using test::make_columns;
 using test::Texts;
 using Lines = std::vector<std::string>;
 
-// `count` columns, up to 900, with texts of the longest length.
+// Returns `count` columns, up to 900, whose names and types have the longest length.
 Texts long_texts(int count) {
   Texts texts;
   for (int i = 100; i < 100 + count; ++i) {
@@ -22,7 +22,7 @@ Texts long_texts(int count) {
 }
 
 // clang-format off
-// Declared types, as SQL, with constraints behind them, and their first words.
+// Declared types, as SQL with the constraints after them, and their first words.
 constexpr std::pair<const char*, const char*> kTypes[] = {
     {"TEXT NOT NULL", "TEXT"}, {"VARCHAR(20) DEFAULT 'a, b INT'", "VARCHAR(20)"},
     {"AS ('x, y')", ""}, {"VarChar (20) UNIQUE", "VarChar"}, {"`NOT` AS (1) STORED", "NOT"},
@@ -47,17 +47,17 @@ struct UpdateTable : testing::Test {
     return *bare_.query("SELECT sql FROM sqlite_master WHERE name='t'")->at(0, 0);
   }
 
-  test::TempDirectory folder_;
-  std::string path_ = folder_.file("a.db");
+  test::TempDirectory directory_;
+  std::string path_ = directory_.file("a.db");
   test::BareSqlite bare_{path_};
 };
 
 }  // namespace
 
-// The library asks this program to sleep.
+// Replaces the system's function for the library.
 extern "C" __attribute__((visibility("default"))) int usleep(useconds_t) { return 0; }
 
-TEST(ColumnLists, CompareByNameAloneOrRefuseWhatWouldNotFit) {
+TEST(ColumnLists, AreComparedByNameAloneAndRefusedWhenTheyDoNotFit) {
   const std::string kInvalid = "A column list is missing or not valid";
   // The current and the wanted columns, the result and the message.
   const std::tuple<Texts, Texts, Texts, std::string> kRows[] = {
@@ -85,7 +85,7 @@ TEST(ColumnLists, CompareByNameAloneOrRefuseWhatWouldNotFit) {
   devcfg_del_tb_info(nullptr);
 }
 
-TEST_F(UpdateTable, PlainWordsStandAsTheyAreAndAFailureKeepsWhatWasAddedBefore) {
+TEST_F(UpdateTable, QuotesWhatIsNotAPlainWordAndKeepsWhatWasAddedBeforeAFailure) {
   Texts columns = {{"C_2$", "VARCHAR(20)"}, {"\xC3\xA4", ""}, {"order", "INT"}, {"d", "D(10,2)"}};
   std::string expected =
       "CREATE TABLE t(a INT, C_2$ VARCHAR(20), \xC3\xA4, \"order\" INT, d D(10,2)";
@@ -101,7 +101,7 @@ TEST_F(UpdateTable, PlainWordsStandAsTheyAreAndAFailureKeepsWhatWasAddedBefore) 
   EXPECT_EQ(statement(), expected + ")");
 }
 
-TEST_F(UpdateTable, RefusesAListBeforeItsFirstChange) {
+TEST_F(UpdateTable, RefusesAListBeforeTheFirstChange) {
   const std::string kNoEnd = ": the name or the type word is missing or has no end";
   const std::string fitting(1024 - sizeof("ALTER TABLE  ADD long INT"), 'x');
   // Columns, table and message.
@@ -127,17 +127,17 @@ TEST_F(UpdateTable, RefusesAListBeforeItsFirstChange) {
   }
 }
 
-TEST_F(UpdateTable, TellsThatTheFileStaysLocked) {
+TEST_F(UpdateTable, FailsWhenTheFileStaysLocked) {
   bare_.exec("BEGIN EXCLUSIVE");
   EXPECT_TRUE(update({{"b", "INT"}}) == -1 && test::load(path_, "t") == nullptr);
   EXPECT_EQ(test::take_product_log(), (Lines{"[devcfg_update_table] QuerySQL Error",
                                              "[devcfg_load_table_schema] QuerySQL Error"}));
 }
 
-// Every type is read as SQLite reads it, and added to another table unchanged.
-TEST(LoadSchema, TypeWordsAreReadAndAddedWhole) {
-  const test::TempDirectory folder;
-  std::string path = folder.file("a.db"), wanted = "wanted", current = "current";
+// Reads every type as SQLite reads it, and adds it to another table unchanged.
+TEST(LoadSchema, ReadsTypeWordsThatAreAddedUnchanged) {
+  const test::TempDirectory directory;
+  std::string path = directory.file("a.db"), wanted = "wanted", current = "current";
   std::string statement = "CREATE TABLE current(c); CREATE TABLE wanted(c";
   Texts expected = {{"c", ""}};
   for (const auto& [type, word] : kTypes) {
@@ -153,9 +153,9 @@ TEST(LoadSchema, TypeWordsAreReadAndAddedWhole) {
   EXPECT_EQ(test::texts_of(*test::load(path, current)), expected);
 }
 
-TEST(LoadSchema, TellsWhyThereIsNoList) {
-  const test::TempDirectory folder;
-  const std::string path = folder.file("a.db"), text = folder.file("text");
+TEST(LoadSchema, LogsWhyThereIsNoList) {
+  const test::TempDirectory directory;
+  const std::string path = directory.file("a.db"), text = directory.file("text");
   test::write_file(text, std::string(4096, 'x'));
   const std::string n(127, 'n'), t(127, 't');
   test::BareSqlite(path).exec("CREATE TABLE n(n" + n + "); CREATE TABLE w(a t" + t +
@@ -168,7 +168,7 @@ TEST(LoadSchema, TellsWhyThereIsNoList) {
   // File, table and message.
   const std::array<std::string, 3> kRows[] = {
       {"", "t", "Open database Error, ."},
-      {folder.path(), "t", "Open database Error, " + folder.path() + "."},
+      {directory.path(), "t", "Open database Error, " + directory.path() + "."},
       {text, "t", "QuerySQL Error"},
       {path, "Fits", none},
       {path, "v", none},

@@ -1,6 +1,6 @@
 #include "tests/support/library.h"
 
-// What the platform answers.
+// The answers of the platform.
 struct Platform {
   int auth, app, share;
   std::string ip_list;
@@ -26,12 +26,12 @@ int PAL_system_get_share_addr(const t_auth& auth, const t_system_share_addr& /*q
   return platform.share;
 }
 
-TEST(NetInfo, TakesTheFirstEntryLongerThanSevenCharactersAndMakesAFreshIdentifier) {
+TEST(NetInfo, ReturnsTheFirstEntryLongerThanSevenCharactersAndCreatesANewIdentifier) {
   const std::string longest = " fd00:1111:2222:3333:4444:5555:255.255.255.255%enp0s31f6-vlan1";
   const std::string filling(kNasAddressBytes - 1, 'a');
   const std::string tag = "[get_nas_net_info](N) ";
   const std::string no_app = tag + "PAL_network_get_app_info failed";
-  // The result, the address ("!" when it is untouched) and the numbers; the messages.
+  // The result, the address ("!" when it is not written) and the numbers; the messages.
   const std::tuple<Platform, std::string, std::vector<std::string>> kRows[] = {
       {{0, 0, 0, "192.168.1.10, 10.0.0.5"}, "0:192.168.1.10:11:22:-33", {}},
       {{0, 0, 0, "1.2.3.4, 10.0.0.25"}, "0: 10.0.0.25:11:22:-33", {}},

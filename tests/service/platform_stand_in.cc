@@ -1,5 +1,5 @@
-// Preloaded into devcfg: a command is printed instead of run, and the machine's answers are made
-// up.
+// A platform that is preloaded into devcfg: it prints commands instead of running them, and invents
+// the information about the machine.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>

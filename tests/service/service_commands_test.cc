@@ -5,9 +5,9 @@
 
 namespace {
 
-// Runs devcfg with `arguments`, separated by commas, on the stand-in platform; `input` is standard
-// input and the stand-in's answer (a status word or an address list). Exit status, standard output
-// and standard error, in one text.
+// Runs devcfg with `arguments`, separated by commas, on the replacement platform. `input` is its
+// standard input and the platform's answer (a status word or an address list). Returns the exit
+// status, standard output and standard error in one string.
 std::string run(const std::string& arguments, const std::string& input) {
   const test::Outcome outcome =
       test::run(ORVANEIP_DEVCFG, split(arguments, ','), input,
@@ -21,7 +21,7 @@ std::string run(const std::string& arguments, const std::string& input) {
 TEST(Devcfg, Table) {
   const std::string manager = "\n<" ORVANEIP_ROOT "/usr/bin/kdevmgmt>";
   const std::string frame("\xF8\3\0\0\0\1AB\x84\xF9", 10);
-  // Arguments, input and outcome.
+  // The arguments, the input and the outcome.
   const std::array<std::string, 3> kRows[] = {
       {"service,load,a b; $(id)", "0", "0" + manager + "<dev_load><a b; $(id)>"},
       {"service,unload,d", "768",
@@ -57,9 +57,9 @@ TEST(Devcfg, Table) {
   }
 }
 
-TEST(ServiceCommands, GiveTheExitStatusOrTellTheFailure) {
+TEST(ServiceCommands, ReturnTheExitStatusOrLogTheFailure) {
   static char device_id[] = "a b; touch x $(id)";
-  // The program, its arguments.
+  // The function, its program and the arguments.
   const std::tuple<int (*)(), std::string, std::vector<std::string>> kCommands[] = {
       {devcfg_restart_all, "/etc/init.d/Kmetadatad.sh", {"restart"}},
       {devcfg_dev_reload_all, "/usr/bin/kdevmgmt", {"dev_reload_all"}},

@@ -11,14 +11,14 @@ namespace {
 
 using Log = std::vector<std::string>;
 
-// What happens instead of each pause of the library.
+// Called instead of each pause of the library.
 std::function<void(unsigned)> on_pause = [](unsigned) {};
 
 std::string busy_line(std::size_t count) {
   return "[CSqlite] ExecSQL Busy or Locked, count= " + std::to_string(count) + "\n";
 }
 
-// What the getters of v answer and leave behind: an integer, a long, a text and its copy.
+// The result of each getter for the column v, and the value after it: integer, long, string, copy.
 std::string getters(CSqlite& object) {
   int integer = 77;
   long number = 77;
@@ -40,15 +40,15 @@ struct Sqlite : testing::Test {
     test::take_log();
   }
 
-  test::TempDirectory folder_;
-  std::string path_ = folder_.file("one.db");
+  test::TempDirectory directory_;
+  std::string path_ = directory_.file("one.db");
   CSqlite object_{nullptr};
   char t_[2] = "t";
 };
 
 }  // namespace
 
-// The library asks this program to sleep.
+// Replaces the system's function for the library.
 extern "C" __attribute__((visibility("default"))) int usleep(useconds_t pause_us) {
   on_pause(pause_us);
   return 0;
@@ -88,9 +88,9 @@ TEST_F(Sqlite, GettersReadTheCurrentRow) {
   EXPECT_EQ(getters(object_), kept);
 }
 
-TEST_F(Sqlite, OpensByEitherNameAndClosesUnlessAStatementIsLeft) {
+TEST_F(Sqlite, OpensByEitherNameAndClosesUnlessAStatementIsUnfinished) {
   CSqlite nameless("");
-  EXPECT_FALSE(nameless.openDatabase(nullptr) || nameless.openDatabase(folder_.path().c_str()));
+  EXPECT_FALSE(nameless.openDatabase(nullptr) || nameless.openDatabase(directory_.path().c_str()));
   EXPECT_FALSE(nameless.db != nullptr || nameless.ExecSQL("SELECT 1") ||
                nameless.QuerySQL("SELECT 1") || nameless.Parametrized_ExecSQL("SELECT 1", nullptr));
   EXPECT_EQ(nameless.ExecSQL("SELECT 1", t_) + nameless.GetLastSequence(t_), -2);
@@ -109,12 +109,12 @@ TEST_F(Sqlite, OpensByEitherNameAndClosesUnlessAStatementIsLeft) {
     ASSERT_EQ(sqlite3_prepare_v2(named.db, "SELECT 1", -1, &own, nullptr), SQLITE_OK);
     EXPECT_FALSE(named.closeDatabase() || named.openDatabase("other"));
     EXPECT_TRUE(named.db_name == path_ && named.ExecSQL("SELECT 1"));
-  }  // before the statement
+  }  // closed before the statement is
   sqlite3_finalize(own);
   EXPECT_TRUE(object_.closeDatabase() && object_.closeDatabase());
 }
 
-TEST_F(Sqlite, FailingTextsCloseAndParametersDoNot) {
+TEST_F(Sqlite, AFailureClosesTheConnectionExceptOfParameterizedStatements) {
   EXPECT_FALSE(object_.ExecSQL("INSERT INTO t(v) VALUES(1); SELEC") || object_.db != nullptr);
   EXPECT_TRUE(object_.openDatabase(nullptr) && !object_.QuerySQL("SELECT * FROM missing"));
   EXPECT_TRUE(object_.db == nullptr && object_.openDatabase(nullptr));
@@ -138,7 +138,7 @@ TEST_F(Sqlite, FailingTextsCloseAndParametersDoNot) {
                  "[CSqlite] sqlite3_step error: string or blob too big\n"}));
 }
 
-// The query of the sequence, if one is asked for, stands behind each text.
+// Each row: the statements, the table whose counter is read (or none), and the result.
 TEST_F(Sqlite, ResultsAreThoseOfTheBareInterface) {
   const std::string kLong(300, 'n'), rest = "(id INTEGER PRIMARY KEY AUTOINCREMENT);";
   const std::string insert = "INSERT INTO t(v) VALUES('a')";
@@ -182,11 +182,11 @@ TEST_F(Sqlite, ResultsAreThoseOfTheBareInterface) {
   EXPECT_EQ(test::BareSqlite(path_).query("SELECT v FROM t")->rows, 1);
 }
 
-// The second statement meets a lock on another file; the first one has taken effect by then.
-TEST_F(Sqlite, ALockOf50MillisecondsIsWaitedOutAndAStatementThatRanIsNotRunAgain) {
-  const test::BareSqlite holder(folder_.file("two.db"));
+// The second statement meets a lock on another file, after the first one has taken effect.
+TEST_F(Sqlite, WaitsForALockAndDoesNotRepeatAStatementThatRan) {
+  const test::BareSqlite holder(directory_.file("two.db"));
   ASSERT_EQ(holder.exec("CREATE TABLE u(w); BEGIN IMMEDIATE"), SQLITE_OK);
-  ASSERT_TRUE(object_.ExecSQL(("ATTACH '" + folder_.file("two.db") + "' AS two").c_str()));
+  ASSERT_TRUE(object_.ExecSQL(("ATTACH '" + directory_.file("two.db") + "' AS two").c_str()));
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
   Log expected;
   on_pause = [&](unsigned pause_us) {
@@ -204,7 +204,7 @@ TEST_F(Sqlite, ALockOf50MillisecondsIsWaitedOutAndAStatementThatRanIsNotRunAgain
 TEST_F(Sqlite, ExhaustedRetriesCountAsSuccess) {
   const test::BareSqlite holder(path_);
   ASSERT_EQ(holder.exec("BEGIN EXCLUSIVE"), 0);
-  CSqlite fresh(path_.c_str());  // which has to read the schema first
+  CSqlite fresh(path_.c_str());  // has to read the schema first
   ASSERT_TRUE(fresh.openDatabase(nullptr));
   const std::function<bool()> kOperations[] = {
       [&] { return object_.ExecSQL("DELETE FROM t") && object_.last_rc == SQLITE_BUSY; },

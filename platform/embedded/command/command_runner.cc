@@ -16,7 +16,7 @@ namespace {
 
 using Arguments = std::vector<char*>;
 
-// Closes everything but standard input, output and error in the child.
+// Closes all descriptors of the child but standard input, output and error.
 class FileActions {
  public:
   FileActions() : error_(posix_spawn_file_actions_init(&actions_)) {
@@ -36,7 +36,7 @@ class FileActions {
   int error_;
 };
 
-// No blocked signals and default actions in the child.
+// Gives the child no blocked signals and the default action for every signal.
 class Attributes {
  public:
   Attributes() {
@@ -59,7 +59,7 @@ class Attributes {
   posix_spawnattr_t attributes_{};
 };
 
-// 0, or the errno that tells why the program did not start.
+// Starts the program. Returns 0 or the errno of the failure.
 int start(pid_t& child, const Arguments& arguments) {
   const FileActions actions;
   if (actions.error() != 0) {
@@ -70,6 +70,7 @@ int start(pid_t& child, const Arguments& arguments) {
                      environ);
 }
 
+// Returns the status word of the child, or -1.
 int wait_for(pid_t child) {
   int status = 0;
   pid_t ended = 0;
@@ -95,7 +96,7 @@ int vorn_exec(int /*zero_1*/, int /*zero_2*/, int /*zero_3*/, const char* path, 
   if (path == nullptr) {
     return -1;
   }
-  // posix_spawn does not change the arguments; its parameter type is older than const.
+  // posix_spawn does not change the arguments, although its parameter is not const.
   Arguments arguments = {const_cast<char*>(path)};
   va_list list;
   va_start(list, path);

@@ -3,10 +3,10 @@
 #include <soci/soci.h>
 
 #include "base/failure.h"
-#include "platform/embedded/vault/sqlite/sqlite_engine.h"
 #include "platform/embedded/vault/run_statement.h"
-#include "platform/embedded/vault/vault_location.h"
+#include "platform/embedded/vault/sqlite/sqlite_engine.h"
 #include "platform/embedded/vault/transaction.h"
+#include "platform/embedded/vault/vault_location.h"
 #include "platform/log_sinks.h"
 
 namespace {
@@ -18,11 +18,7 @@ using orvaneplatform::run_statement;
 constexpr char kCreateTable[] =
     "CREATE TABLE IF NOT EXISTS active_event (event_id TEXT PRIMARY KEY)";
 
-void report(const std::string& path, const std::string& reason) {
-  orvane_log_debug("[events] %s: %s", path.c_str(), reason.c_str());
-}
-
-bool remove_from(soci::session& sql, const std::string& event_id) {
+bool remove_row(soci::session& sql, const std::string& event_id) {
   engine::prepare_empty(sql);
   orvaneplatform::WriteTransaction transaction(sql);
   run_statement(sql, kCreateTable);
@@ -32,21 +28,27 @@ bool remove_from(soci::session& sql, const std::string& event_id) {
   return removed;
 }
 
+// Throws base::Failure.
+bool remove_event(const std::string& path, const std::string& event_id) {
+  orvaneplatform::create_database_file(path);
+  engine::LockWait wait;
+  soci::session sql;
+  bool removed = false;
+  engine::throw_failures(sql, path, [&] {
+    engine::open(sql, path, wait);
+    removed = remove_row(sql, event_id);
+  });
+  return removed;
+}
+
 }  // namespace
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the interface has it so
 int aevt_remove_event(std::string event_id) {
-  const std::string path = orvaneplatform::event_file_path();
   try {
-    orvaneplatform::create_vault_file(path);
-    engine::LockWait wait;
-    soci::session sql;
-    engine::open(sql, path, wait);
-    return remove_from(sql, event_id) ? 1 : 0;
+    return remove_event(orvaneplatform::event_file_path(), event_id) ? 1 : 0;
   } catch (const base::Failure& failure) {
-    report(path, failure.reason());
-  } catch (const soci::soci_error& error) {
-    report(path, error.get_error_message());
+    orvane_log_debug("[events] %s", failure.what());
+    return 0;
   }
-  return 0;
 }

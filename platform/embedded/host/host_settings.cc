@@ -8,27 +8,21 @@
 #include <memory>
 #include <optional>
 
+#include "base/strings.h"
 #include "platform/log_sinks.h"
 
 namespace orvaneplatform {
 namespace {
 
-constexpr std::size_t kFileBytesMax = std::size_t{64} * 1024;
-constexpr std::string_view kBlanks = " \t\r";
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  return first == std::string_view::npos
-             ? std::string_view()
-             : text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
+constexpr std::size_t kFileBytesMax = kHostSettingsKibMax * 1024;
+constexpr std::string_view kWhitespace = " \t\r";
 
 std::optional<int> parse_port(std::string_view text) {
   int port = 0;
   const char* const end = text.data() + text.size();
   const auto read = std::from_chars(text.data(), end, port);
-  const bool is_port = read.ec == std::errc() && read.ptr == end && port >= 1 && port <= 65535;
-  return is_port ? std::optional(port) : std::nullopt;
+  const bool is_number = read.ec == std::errc() && read.ptr == end;
+  return is_number && port >= kPortMin && port <= kPortMax ? std::optional(port) : std::nullopt;
 }
 
 int* find_setting(HostSettings& settings, std::string_view name) {
@@ -41,14 +35,14 @@ int* find_setting(HostSettings& settings, std::string_view name) {
   return name == "app_port" ? &settings.app_port : nullptr;
 }
 
-// False when the line is no setting.
+// Returns false when the line is not a setting.
 bool apply_line(HostSettings& settings, std::string_view line) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) {
     return false;
   }
-  int* const setting = find_setting(settings, trimmed(line.substr(0, equals)));
-  const std::optional<int> port = parse_port(trimmed(line.substr(equals + 1)));
+  int* const setting = find_setting(settings, base::trim(line.substr(0, equals), kWhitespace));
+  const std::optional<int> port = parse_port(base::trim(line.substr(equals + 1), kWhitespace));
   if (setting == nullptr || !port) {
     return false;
   }
@@ -56,8 +50,8 @@ bool apply_line(HostSettings& settings, std::string_view line) {
   return true;
 }
 
-HostSettings refuse(const std::string& path, const char* reason) {
-  orvane_log_debug("[hostinfo] %s is not read: %s", path.c_str(), reason);
+HostSettings refuse(const std::string& path, const std::string& reason) {
+  orvane_log_debug("[hostinfo] %s is not read: %s", path.c_str(), reason.c_str());
   return {};
 }
 
@@ -68,7 +62,7 @@ HostSettings parse_host_settings(std::string_view text, const char* name) {
   for (int number = 1; !text.empty(); ++number) {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
-    const std::string_view content = trimmed(line.substr(0, line.find('#')));
+    const std::string_view content = base::trim(line.substr(0, line.find('#')), kWhitespace);
     if (!content.empty() && !apply_line(settings, content)) {
       orvane_log_debug("[hostinfo] %s, line %d is ignored: %.*s", name, number,
                        static_cast<int>(content.size()), content.data());
@@ -89,7 +83,7 @@ HostSettings read_host_settings(const std::string& path) {
     return refuse(path, "it cannot be read");
   }
   if (text.size() > kFileBytesMax) {
-    return refuse(path, "it is larger than 64 KiB");
+    return refuse(path, "it is larger than " + std::to_string(kHostSettingsKibMax) + " KiB");
   }
   return parse_host_settings(text, path.c_str());
 }

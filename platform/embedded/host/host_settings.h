@@ -1,24 +1,40 @@
 // The settings file of the host information.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace orvaneplatform {
 
-// Port numbers, 1 to 65535.
+// The settings file; platform/platform_layer.h describes its format.
+inline constexpr char kHostSettingsFile[] = ORVANEIP_ROOT "/etc/orvane/host.conf";
+
+// Size limit of the settings file. A larger file is not read.
+inline constexpr std::size_t kHostSettingsKibMax = 64;
+
+inline constexpr int kPortMin = 1;
+inline constexpr int kPortMax = 65535;
+
+// Port numbers where the settings file has none: HTTP, HTTPS and the usual second HTTP port.
+inline constexpr int kDefaultHttpPort = 80;
+inline constexpr int kDefaultHttpsPort = 443;
+inline constexpr int kDefaultAppPort = 8080;
+
+// Port numbers, kPortMin to kPortMax.
 struct HostSettings {
-  int http_port = 80;
-  int https_port = 443;
-  int app_port = 8080;
+  int http_port = kDefaultHttpPort;
+  int https_port = kDefaultHttpsPort;
+  int app_port = kDefaultAppPort;
 };
 
-// What the text of a settings file says (platform/platform_layer.h has its form), the defaults for
-// all else. `name` is the file's name for the log.
+// Returns the settings in `text`, the contents of a settings file; a port that it does not set has
+// its default. A line that is not a setting is ignored and logged. `name`: the file's name for the
+// log.
 HostSettings parse_host_settings(std::string_view text, const char* name);
 
-// The settings of the file at `path`. A file that is missing, cannot be read or is larger than
-// 64 KiB gives the defaults; but for the missing one this is logged.
+// Returns the settings of the file at `path`. A file that does not exist, cannot be read or is
+// larger than kHostSettingsKibMax gives the defaults; the last two are logged.
 HostSettings read_host_settings(const std::string& path);
 
 }  // namespace orvaneplatform

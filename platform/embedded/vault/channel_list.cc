@@ -11,6 +11,7 @@ namespace {
 
 using namespace metadata_vault;
 
+// Returns whether the value is a string without a NUL.
 bool is_text(json_object* value) {
   return json_object_is_type(value, json_type_string) &&
          std::strlen(json_object_get_string(value)) ==
@@ -22,9 +23,10 @@ bool is_channel_index(json_object* value) {
          json_object_get_int64(value) <= std::numeric_limits<std::int32_t>::max();
 }
 
-class ChannelListCheck {
+// Checks the entries of one list in turn.
+class ChannelListChecker {
  public:
-  VaultStatus check_entry(json_object* entry) {
+  VaultStatus check(json_object* entry) {
     if (!json_object_is_type(entry, json_type_object)) {
       return kChannelNotObject;
     }
@@ -56,10 +58,10 @@ int check_channel_list_valid(json_object* channel_list) {
   if (!json_object_is_type(channel_list, json_type_array)) {
     return kChannelListNotArray;
   }
-  ChannelListCheck check;
+  ChannelListChecker checker;
   const std::size_t length = json_object_array_length(channel_list);
   for (std::size_t i = 0; i < length; ++i) {
-    const VaultStatus status = check.check_entry(json_object_array_get_idx(channel_list, i));
+    const VaultStatus status = checker.check(json_object_array_get_idx(channel_list, i));
     if (status != kVaultOk) {
       return status;
     }

@@ -1,61 +1,65 @@
 #include "platform/embedded/vault/connection_state.h"
 
-#include "base/failure.h"
 #include "platform/embedded/vault/vault_location.h"
 #include "platform/embedded/vault/vault_schema.h"
 #include "platform/log_sinks.h"
 #include "platform/vault_database.h"
 
-namespace orvaneplatform {
-
-metadata_vault::VaultStatus report_failure(const char* operation,
-                                           metadata_vault::VaultStatus status,
-                                           const std::string& reason) {
-  orvane_log_debug("[vaultdb] %s failed with status %d: %s", operation, static_cast<int>(status),
-                   reason.c_str());
-  return status;
-}
-
-}  // namespace orvaneplatform
-
 namespace metadata_vault {
 
-using orvaneplatform::report_failure;
-namespace engine = orvaneplatform::sqlite_engine;
-
-VaultStatus VaultConnectionState::open_file(const std::string& path) {
-  orvaneplatform::create_vault_file(path);
-  try {
+void VaultConnectionState::open_file(const std::string& path) {
+  namespace engine = orvaneplatform::sqlite_engine;
+  orvaneplatform::create_database_file(path);
+  engine::throw_failures(sql_, path, [&] {
     engine::open(sql_, path, wait_);
     const int version = engine::schema_version(sql_);
     if (version > orvaneplatform::kSchemaVersion) {
-      return report_failure("init", kVaultNewerSchema,
-                            path + ": schema version " + std::to_string(version) + " is newer");
+      throw base::Failure(path, "schema version " + std::to_string(version) + " is newer",
+                          kVaultNewerSchema);
     }
     if (version < orvaneplatform::kSchemaVersion) {
       orvaneplatform::upgrade_schema(sql_);
     }
-    return kVaultOk;
-  } catch (const soci::soci_error& error) {
-    return report_failure("init", engine::status_of(sql_, error),
-                          path + ": " + error.get_error_message());
-  }
-}
-
-VaultStatus VaultConnectionState::open_database() {
-  try {
-    return open_file(orvaneplatform::vault_file_path());
-  } catch (const base::Failure& failure) {
-    return report_failure("init", static_cast<VaultStatus>(failure.status()), failure.what());
-  }
+  });
 }
 
 VaultStatus VaultConnectionState::open() {
-  status_ = open_database();
+  try {
+    open_file(orvaneplatform::vault_file_path());
+    status_ = kVaultOk;
+  } catch (const base::Failure& failure) {
+    status_ = orvaneplatform::report_failure("init", failure);
+  }
   return status_;
 }
 
 }  // namespace metadata_vault
+
+namespace orvaneplatform {
+
+using namespace metadata_vault;
+
+VaultStatus report_failure(const char* operation, const base::Failure& failure) {
+  orvane_log_debug("[vaultdb] %s failed with status %d: %s", operation, failure.status(),
+                   failure.what());
+  return static_cast<VaultStatus>(failure.status());
+}
+
+soci::session& require_open(const VaultState& state) {
+  const VaultStatus status = state != nullptr ? state->status() : kVaultNotOpen;
+  if (status != kVaultOk) {
+    throw base::Failure("", "the vault database is not open", status);
+  }
+  return state->sql();
+}
+
+void require_record(long long changed_rows) {
+  if (changed_rows <= 0) {
+    throw base::Failure("", "no such record", kVaultNotFound);
+  }
+}
+
+}  // namespace orvaneplatform
 
 CMetaDataVaultDB::CMetaDataVaultDB() = default;
 CMetaDataVaultDB::~CMetaDataVaultDB() = default;

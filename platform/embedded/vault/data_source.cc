@@ -1,23 +1,28 @@
-// CDataSource on the embedded vault database: one transaction for each operation.
+// CDataSource on the embedded vault database: each operation is one transaction.
 #include <charconv>
 #include <iterator>
 
+#include "platform/embedded/vault/connection_state.h"
 #include "platform/embedded/vault/records.h"
 #include "platform/embedded/vault/run_statement.h"
-#include "platform/embedded/vault/connection_state.h"
 #include "platform/vault_database.h"
 
 namespace {
 
 using namespace metadata_vault;
-using orvaneplatform::read_vault;
+using orvaneplatform::require_record;
 using orvaneplatform::run_statement;
 using orvaneplatform::write_vault;
 using soci::session;
 using soci::use;
 
-template <typename Record>
-int append_rows(VaultStatus status, std::vector<Record>&& rows, std::vector<Record>& found) {
+// Reads the rows that `read(sql)` returns, and appends them to `found` when it succeeds.
+template <typename Record, typename Read>
+int append_rows(const orvaneplatform::VaultState& state, const char* operation,
+                std::vector<Record>& found, Read read) {
+  std::vector<Record> rows;
+  const VaultStatus status =
+      orvaneplatform::read_vault(state, operation, [&](session& sql) { rows = read(sql); });
   if (status == kVaultOk) {
     found.insert(found.end(), std::make_move_iterator(rows.begin()),
                  std::make_move_iterator(rows.end()));
@@ -25,16 +30,13 @@ int append_rows(VaultStatus status, std::vector<Record>&& rows, std::vector<Reco
   return status;
 }
 
-// The statement was meant for one row.
-VaultStatus one_row(long long changed_rows) { return changed_rows > 0 ? kVaultOk : kVaultNotFound; }
-
 void remove_rows(session& sql, const std::string& table, const std::string& column,
-                 const std::string& text) {
-  run_statement(sql, "DELETE FROM " + table + " WHERE " + column + " = :text", use(text));
+                 const std::string& value) {
+  run_statement(sql, "DELETE FROM " + table + " WHERE " + column + " = :value", use(value));
 }
 
-// 0, which is no key of the database, when `record_id` is not a number.
-long long key_of(const std::string& record_id) {
+// Returns the key as a number; 0, which no record has, when `record_id` is not a number.
+long long parse_key(const std::string& record_id) {
   long long key = 0;
   const char* end = record_id.data() + record_id.size();
   const auto read = std::from_chars(record_id.data(), end, key);
@@ -48,23 +50,18 @@ CDataSource::~CDataSource() = default;
 
 int CDataSource::query_data_source(const std::string& vault_id, const std::string& vault_name,
                                    std::vector<DataSource>& found) {
-  std::vector<DataSource> rows;
-  const VaultStatus status = read_vault(state_, __func__, [&](session& sql) {
+  return append_rows(state_, __func__, found, [&](session& sql) {
     const orvaneplatform::DataSourceMatch match{vault_id, vault_name};
-    rows = orvaneplatform::read_data_sources(sql, match);
+    std::vector<DataSource> rows = orvaneplatform::read_data_sources(sql, match);
     orvaneplatform::read_lists(sql, match, rows);
-    return kVaultOk;
+    return rows;
   });
-  return append_rows(status, std::move(rows), found);
 }
 
 int CDataSource::query_data_source_sort_by_index(std::vector<DataSource>& found) {
-  std::vector<DataSource> rows;
-  const VaultStatus status = read_vault(state_, __func__, [&](session& sql) {
-    rows = orvaneplatform::read_data_sources(sql, {"", ""});
-    return kVaultOk;
+  return append_rows(state_, __func__, found, [&](session& sql) {
+    return orvaneplatform::read_data_sources(sql, {"", ""});
   });
-  return append_rows(status, std::move(rows), found);
 }
 
 int CDataSource::insert_data_source(const DataSource& data_source) {
@@ -77,7 +74,6 @@ int CDataSource::insert_data_source(const DataSource& data_source) {
         " :description, 0)",
         use(data_source.vault_id), use(data_source.type), use(data_source.vault_name), use(enable),
         use(data_source.index), use(data_source.description));
-    return kVaultOk;
   });
 }
 
@@ -85,7 +81,7 @@ int CDataSource::update_data_source(const DataSource& data_source) {
   return write_vault(state_, __func__, [&](session& sql) {
     const int enable = data_source.enable ? 1 : 0;
     const long long last_recv_time = data_source.last_recv_time;
-    return one_row(run_statement(
+    require_record(run_statement(
         sql,
         "UPDATE data_source SET type = :type, vault_name = :vault_name,"
         " enable = :enable, list_index = :list_index, description = :description,"
@@ -100,8 +96,8 @@ int CDataSource::remove_data_source(const DataSource& data_source) {
     const std::string& vault_id = data_source.vault_id;
     remove_rows(sql, "channel", "vault_id", vault_id);
     remove_rows(sql, "filter", "vault_id", vault_id);
-    // No such data source: the two removals are taken back.
-    return one_row(
+    // Without such a data source the two removals are rolled back.
+    require_record(
         run_statement(sql, "DELETE FROM data_source WHERE vault_id = :vault_id", use(vault_id)));
   });
 }
@@ -113,14 +109,13 @@ int CDataSource::insert_channel(const Channel& channel) {
                   " VALUES (:vault_id, :channel_index, :guid, :name)",
                   use(channel.vault_id), use(channel.channel_index), use(channel.guid),
                   use(channel.name));
-    return kVaultOk;
   });
 }
 
 int CDataSource::update_channel(const Channel& channel) {
   return write_vault(state_, __func__, [&](session& sql) {
-    const long long key = key_of(channel.record_id);
-    return one_row(
+    const long long key = parse_key(channel.record_id);
+    require_record(
         run_statement(sql,
                       "UPDATE channel SET vault_id = :vault_id, channel_index = :channel_index,"
                       " guid = :guid, name = :name WHERE record_id = :record_id",
@@ -131,26 +126,19 @@ int CDataSource::update_channel(const Channel& channel) {
 
 int CDataSource::query_channel(const std::string& vault_id, const std::string& guid,
                                std::vector<Channel>& found) {
-  std::vector<Channel> rows;
-  const VaultStatus status = read_vault(state_, __func__, [&](session& sql) {
-    rows = orvaneplatform::read_channels(sql, vault_id, guid);
-    return kVaultOk;
+  return append_rows(state_, __func__, found, [&](session& sql) {
+    return orvaneplatform::read_channels(sql, vault_id, guid);
   });
-  return append_rows(status, std::move(rows), found);
 }
 
 int CDataSource::remove_channel_by_guid(const std::string& guid) {
-  return write_vault(state_, __func__, [&](session& sql) {
-    remove_rows(sql, "channel", "guid", guid);
-    return kVaultOk;
-  });
+  return write_vault(state_, __func__,
+                     [&](session& sql) { remove_rows(sql, "channel", "guid", guid); });
 }
 
 int CDataSource::remove_channel_by_vault_id(const std::string& vault_id) {
-  return write_vault(state_, __func__, [&](session& sql) {
-    remove_rows(sql, "channel", "vault_id", vault_id);
-    return kVaultOk;
-  });
+  return write_vault(state_, __func__,
+                     [&](session& sql) { remove_rows(sql, "channel", "vault_id", vault_id); });
 }
 
 int CDataSource::insert_filter(const Filter& filter) {
@@ -160,22 +148,15 @@ int CDataSource::insert_filter(const Filter& filter) {
                   " VALUES (:vault_id, :type, :target, :result, :name)",
                   use(filter.vault_id), use(filter.type), use(filter.target), use(filter.result),
                   use(filter.name));
-    return kVaultOk;
   });
 }
 
 int CDataSource::remove_filter_by_vault_id(const std::string& vault_id) {
-  return write_vault(state_, __func__, [&](session& sql) {
-    remove_rows(sql, "filter", "vault_id", vault_id);
-    return kVaultOk;
-  });
+  return write_vault(state_, __func__,
+                     [&](session& sql) { remove_rows(sql, "filter", "vault_id", vault_id); });
 }
 
 int CDataSource::query_filter(const std::string& vault_id, std::vector<Filter>& found) {
-  std::vector<Filter> rows;
-  const VaultStatus status = read_vault(state_, __func__, [&](session& sql) {
-    rows = orvaneplatform::read_filters(sql, vault_id);
-    return kVaultOk;
-  });
-  return append_rows(status, std::move(rows), found);
+  return append_rows(state_, __func__, found,
+                     [&](session& sql) { return orvaneplatform::read_filters(sql, vault_id); });
 }

@@ -10,18 +10,18 @@ using metadata_vault::Channel;
 using metadata_vault::DataSource;
 using metadata_vault::Filter;
 
-// The conditions of a query, and the texts that they compare with.
+// The conditions of a query, and the strings that they compare with.
 class Conditions {
  public:
-  // `column` must equal `text`.
-  Conditions& exactly(const char* column, const std::string& text) {
-    return add(std::string(column) + " = ", text);
+  // Adds that `column` equals `value`.
+  Conditions& exactly(const char* column, const std::string& value) {
+    return add(std::string(column) + " = ", value);
   }
-  // The same, unless `text` is empty.
-  Conditions& equal(const char* column, const std::string& text) {
-    return text.empty() ? *this : exactly(column, text);
+  // The same, unless `value` is empty.
+  Conditions& equal(const char* column, const std::string& value) {
+    return value.empty() ? *this : exactly(column, value);
   }
-  // The rows of the data source with this name, unless that is empty.
+  // Adds that the data source of the row has this name, unless it is empty.
   Conditions& of_data_source_named(const std::string& vault_name) {
     if (vault_name.empty()) {
       return *this;
@@ -31,94 +31,72 @@ class Conditions {
     return *this;
   }
 
-  // The condition's text to follow a FROM; the statement takes the compared texts as well.
+  // Returns the WHERE clause, empty without conditions. Its parameters are bound by bind().
   std::string where() const { return where_; }
   void bind(soci::statement& statement) const {
-    for (const std::string* text : texts_) {
-      statement.exchange(soci::use(*text));
+    for (const std::string* value : values_) {
+      statement.exchange(soci::use(*value));
     }
   }
 
  private:
-  Conditions& add(const std::string& condition, const std::string& text) {
-    where_ += texts_.empty() ? " WHERE " : " AND ";
-    where_ += condition + ":text" + std::to_string(texts_.size());
-    texts_.push_back(&text);
+  Conditions& add(const std::string& condition, const std::string& value) {
+    where_ += values_.empty() ? " WHERE " : " AND ";
+    where_ += condition + ":value" + std::to_string(values_.size());
+    values_.push_back(&value);
     return *this;
   }
 
   std::string where_;
-  std::vector<const std::string*> texts_;
+  std::vector<const std::string*> values_;
 };
 
-// Runs a query whose columns are bound by `bind`, and calls `take` after each row.
-template <typename Bind, typename Take>
-void for_each_row(soci::session& sql, const std::string& query, const Conditions& conditions,
-                  Bind bind, Take take) {
+// Returns the rows of a query as records. The first column is the key; the others are read into
+// `columns`, which are members of `row` or are copied to it by `complete`, called for each row.
+template <typename Record, typename Complete, typename... Columns>
+std::vector<Record> read_rows(soci::session& sql, const std::string& query,
+                              const Conditions& conditions, Record& row, Complete complete,
+                              Columns&... columns) {
+  std::vector<Record> rows;
+  long long key = 0;
   soci::statement statement(sql);
-  bind(statement);
+  statement.exchange(soci::into(key));
+  (statement.exchange(soci::into(columns)), ...);
   conditions.bind(statement);
   statement.alloc();
   statement.prepare(query);
   statement.define_and_bind();
   statement.execute();
   while (statement.fetch()) {
-    take();
+    row.record_id = std::to_string(key);
+    complete();
+    rows.push_back(std::move(row));
   }
+  return rows;
 }
 
 std::vector<Channel> read_channel_rows(soci::session& sql, const Conditions& conditions) {
-  std::vector<Channel> channels;
   Channel row;
-  long long key = 0;
-  for_each_row(
+  return read_rows(
       sql,
       "SELECT record_id, vault_id, channel_index, guid, name FROM channel" + conditions.where() +
           " ORDER BY vault_id, channel_index, record_id",
-      conditions,
-      [&](soci::statement& statement) {
-        statement.exchange(soci::into(key));
-        statement.exchange(soci::into(row.vault_id));
-        statement.exchange(soci::into(row.channel_index));
-        statement.exchange(soci::into(row.guid));
-        statement.exchange(soci::into(row.name));
-      },
-      [&] {
-        row.record_id = std::to_string(key);
-        channels.push_back(std::move(row));
-      });
-  return channels;
+      conditions, row, [] {}, row.vault_id, row.channel_index, row.guid, row.name);
 }
 
 std::vector<Filter> read_filter_rows(soci::session& sql, const Conditions& conditions) {
-  std::vector<Filter> filters;
   Filter row;
-  long long key = 0;
-  for_each_row(
+  return read_rows(
       sql,
       "SELECT record_id, vault_id, type, target, result, name FROM filter" + conditions.where() +
           " ORDER BY vault_id, record_id",
-      conditions,
-      [&](soci::statement& statement) {
-        statement.exchange(soci::into(key));
-        statement.exchange(soci::into(row.vault_id));
-        statement.exchange(soci::into(row.type));
-        statement.exchange(soci::into(row.target));
-        statement.exchange(soci::into(row.result));
-        statement.exchange(soci::into(row.name));
-      },
-      [&] {
-        row.record_id = std::to_string(key);
-        filters.push_back(std::move(row));
-      });
-  return filters;
+      conditions, row, [] {}, row.vault_id, row.type, row.target, row.result, row.name);
 }
 
-// Moves each row to the data source that it belongs to; rows without one are left out. Rows of one
-// data source stand together.
+// Moves each row to the list of its data source; rows without a data source are left out.
 template <typename Row>
-void hand_out(std::vector<Row> rows, std::vector<DataSource>& data_sources,
-              std::vector<Row> DataSource::*list) {
+void attach_rows(std::vector<Row> rows, std::vector<DataSource>& data_sources,
+                 std::vector<Row> DataSource::*list) {
   std::unordered_map<std::string_view, DataSource*> by_id;
   for (DataSource& data_source : data_sources) {
     by_id.emplace(data_source.vault_id, &data_source);
@@ -135,34 +113,20 @@ void hand_out(std::vector<Row> rows, std::vector<DataSource>& data_sources,
 std::vector<DataSource> read_data_sources(soci::session& sql, const DataSourceMatch& match) {
   Conditions conditions;
   conditions.equal("vault_id", match.vault_id).equal("vault_name", match.vault_name);
-  std::vector<DataSource> data_sources;
   DataSource row;
-  long long key = 0;
   int enable = 0;
   long long last_recv_time = 0;
-  for_each_row(
-      sql,
-      "SELECT record_id, vault_id, type, vault_name, enable, list_index, description,"
-      " last_recv_time FROM data_source" +
-          conditions.where() + (match.vault_id.empty() ? " ORDER BY list_index, record_id" : ""),
-      conditions,
-      [&](soci::statement& statement) {
-        statement.exchange(soci::into(key));
-        statement.exchange(soci::into(row.vault_id));
-        statement.exchange(soci::into(row.type));
-        statement.exchange(soci::into(row.vault_name));
-        statement.exchange(soci::into(enable));
-        statement.exchange(soci::into(row.index));
-        statement.exchange(soci::into(row.description));
-        statement.exchange(soci::into(last_recv_time));
-      },
-      [&] {
-        row.record_id = std::to_string(key);
-        row.enable = enable != 0;
-        row.last_recv_time = last_recv_time;
-        data_sources.push_back(std::move(row));
-      });
-  return data_sources;
+  const auto complete = [&] {
+    row.enable = enable != 0;
+    row.last_recv_time = last_recv_time;
+  };
+  return read_rows(sql,
+                   "SELECT record_id, vault_id, type, vault_name, enable, list_index, description,"
+                   " last_recv_time FROM data_source" +
+                       conditions.where() +
+                       (match.vault_id.empty() ? " ORDER BY list_index, record_id" : ""),
+                   conditions, row, complete, row.vault_id, row.type, row.vault_name, enable,
+                   row.index, row.description, last_recv_time);
 }
 
 void read_lists(soci::session& sql, const DataSourceMatch& match,
@@ -172,8 +136,8 @@ void read_lists(soci::session& sql, const DataSourceMatch& match,
   }
   Conditions conditions;
   conditions.equal("vault_id", match.vault_id).of_data_source_named(match.vault_name);
-  hand_out(read_channel_rows(sql, conditions), data_sources, &DataSource::channel_guid_list);
-  hand_out(read_filter_rows(sql, conditions), data_sources, &DataSource::filter);
+  attach_rows(read_channel_rows(sql, conditions), data_sources, &DataSource::channel_guid_list);
+  attach_rows(read_filter_rows(sql, conditions), data_sources, &DataSource::filter);
 }
 
 std::vector<Channel> read_channels(soci::session& sql, const std::string& vault_id,

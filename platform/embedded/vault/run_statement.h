@@ -1,4 +1,4 @@
-// One SQL statement, run at once.
+// Runs one SQL statement.
 #pragma once
 
 #include <soci/soci.h>
@@ -8,9 +8,9 @@
 namespace orvaneplatform {
 
 // Runs the statement with soci::use and soci::into for its parameters and columns, and returns how
-// many rows it changed. SOCI's own `session << text` runs the statement in a destructor, also when
-// memory ran out before its parameters were bound, and puts the text together in a stream, which
-// then drops the rest without a word.
+// many rows it changed. Not SOCI's own `session << text`: that runs the statement in a destructor,
+// even when memory ran out before its parameters were bound, and builds the text in a stream, which
+// then silently drops the rest.
 template <typename... Exchanged>
 long long run_statement(soci::session& sql, const std::string& text,
                         const Exchanged&... exchanged) {

@@ -1,12 +1,12 @@
-// Transactions of the vault database as values: what is not committed is rolled back.
+// Transactions of the vault database. A transaction that is not committed is rolled back.
 #pragma once
 
 #include <soci/soci.h>
 
 #include <exception>
 
-#include "platform/embedded/vault/sqlite/sqlite_engine.h"
 #include "platform/embedded/vault/run_statement.h"
+#include "platform/embedded/vault/sqlite/sqlite_engine.h"
 
 namespace orvaneplatform {
 
@@ -33,8 +33,8 @@ class Transaction {
     try {
       run_statement(sql_, "ROLLBACK");
     } catch (const std::exception&) {
-      // The database has rolled back by itself, as it does on some errors; or memory is exhausted,
-      // and it does so when the connection is closed.
+      // The database has rolled back by itself, as it does after some errors; or memory is
+      // exhausted, and it will do so when the connection is closed.
     }
   }
 
@@ -42,7 +42,7 @@ class Transaction {
   bool committed_ = false;
 };
 
-// Reads one moment's state, whatever others write meanwhile.
+// Reads one state of the database, whatever others write meanwhile.
 class ReadTransaction : public Transaction {
  public:
   explicit ReadTransaction(soci::session& sql) : Transaction(sql) { run_statement(sql, "BEGIN"); }

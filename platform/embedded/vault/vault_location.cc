@@ -17,12 +17,6 @@ namespace {
 
 using metadata_vault::kVaultUnreachable;
 
-constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
-
-// Other programs look for these names: they must not change.
-constexpr char kEventFile[] = "events.db";
-constexpr char kOtherEventFile[] = "active_events.db";
-
 std::string vault_setting() {
   const char* setting = std::getenv("ORVANE_VAULT");
   return setting != nullptr ? setting : "";
@@ -36,25 +30,26 @@ std::filesystem::path path_of(const std::string& setting) {
   if (setting.empty()) {
     return kDefaultVaultFile;
   }
-  // A path that cannot be taken for one of the names that SQLite gives a meaning (":memory:").
+  // "./" keeps SQLite from giving the path a meaning of its own (":memory:").
   return setting.starts_with('/') ? setting : "./" + setting;
 }
 
-// `path` exists: made by another process meanwhile, or a symbolic link to what does not exist.
+// `path` exists: another process has just created it, or it is a symbolic link to a file that does
+// not exist.
 void create_link_target(const std::filesystem::path& path) {
   std::error_code no_link;
   const std::filesystem::path target = std::filesystem::read_symlink(path, no_link);
   if (!no_link) {
-    create_vault_file(base::parent_directory(path) / target);
+    create_database_file(base::parent_directory(path) / target);
   }
 }
 
 void create_empty_file(const std::filesystem::path& path) {
   const std::filesystem::path directory = base::parent_directory(path);
   base::make_directories(directory);
-  // Not by opening it: closing the descriptor would drop the locks that another thread of this
-  // process may have taken on the file by then.
-  if (mknod(path.c_str(), S_IFREG | 0600, 0) == 0) {
+  // mknod instead of open: closing a descriptor would release the locks that another thread of this
+  // process may hold on the file by then.
+  if (mknod(path.c_str(), S_IFREG | kDatabaseFileMode, 0) == 0) {
     base::sync_directory(directory);
   } else if (errno == EEXIST) {
     create_link_target(path);
@@ -80,7 +75,7 @@ std::string event_file_path() {
   return base::parent_directory(vault) / name;
 }
 
-void create_vault_file(const std::string& path) {
+void create_database_file(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0) {
     return;

@@ -5,17 +5,27 @@
 
 namespace orvaneplatform {
 
-// Returns the file of the vault database. Throws base::Failure with kVaultUnsupported when
+// The vault database when the environment variable ORVANE_VAULT is not set or empty.
+inline constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
+
+// The event database, in the directory of the vault database, and its other name for a vault
+// database that is itself named kEventFile. Other programs use these names: they must not change.
+inline constexpr char kEventFile[] = "events.db";
+inline constexpr char kOtherEventFile[] = "active_events.db";
+
+// Mode of a new database file: its owner may read and write it.
+inline constexpr unsigned int kDatabaseFileMode = 0600;
+
+// Returns the path of the vault database. Throws base::Failure with kVaultUnsupported when
 // ORVANE_VAULT names a server ("postgresql://..."), which is not built in.
 std::string vault_file_path();
 
-// Returns the file of the event database: events.db in the vault database's directory, or
-// active_events.db when the vault database has that name itself; in the default directory when that
-// is a server.
+// Returns the path of the event database. When the vault database is on a server, that is
+// kEventFile in the directory of kDefaultVaultFile.
 std::string event_file_path();
 
-// Creates the database file (empty, mode 0600) with its directories when it is missing, durably.
-// Throws base::Failure with kVaultUnreachable.
-void create_vault_file(const std::string& path);
+// Creates the database file at `path` (empty, mode kDatabaseFileMode) and its directories when they
+// do not exist, durably. Throws base::Failure with kVaultUnreachable.
+void create_database_file(const std::string& path);
 
 }  // namespace orvaneplatform

@@ -2,16 +2,17 @@
 
 #include <string>
 
-#include "platform/embedded/vault/sqlite/sqlite_engine.h"
 #include "platform/embedded/vault/run_statement.h"
+#include "platform/embedded/vault/sqlite/sqlite_engine.h"
 #include "platform/embedded/vault/transaction.h"
 #include "platform/vault_database.h"
 
 namespace orvaneplatform {
 namespace {
 
-// Names of tables and columns are stored in files: they must not change. "index" is a keyword of
-// SQL, hence list_index. Channels and filters may be stored for a vault_id without a data source.
+// Names of tables and columns are stored in files: they must not change. The column list_index is
+// not named "index" because that is a keyword of SQL. Channels and filters may be stored for a
+// vault_id without a data source.
 void create_version_1(soci::session& sql) {
   const std::string key = std::string("record_id ") + sqlite_engine::kKeyColumn;
   run_statement(
@@ -40,7 +41,7 @@ void create_version_1(soci::session& sql) {
           ", metadata_id TEXT NOT NULL UNIQUE, vault_id TEXT NOT NULL, content TEXT NOT NULL)");
 }
 
-// Step i brings version i to version i + 1.
+// Step i upgrades version i to version i + 1.
 constexpr void (*kSteps[])(soci::session&) = {create_version_1};
 static_assert(std::size(kSteps) == kSchemaVersion);
 
@@ -51,7 +52,7 @@ void upgrade_schema(soci::session& sql) {
     sqlite_engine::prepare_empty(sql);
   }
   WriteTransaction transaction(sql);
-  // Another process may have been here between the look and the lock.
+  // Read again under the lock: another process may have upgraded the schema meanwhile.
   for (int version = sqlite_engine::schema_version(sql); version < kSchemaVersion; ++version) {
     kSteps[version](sql);
     sqlite_engine::set_schema_version(sql, version + 1);

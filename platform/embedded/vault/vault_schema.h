@@ -5,10 +5,11 @@
 
 namespace orvaneplatform {
 
-// The version that this code writes. A stored schema is upgraded step by step, in one transaction.
+// The schema version that this code writes.
 inline constexpr int kSchemaVersion = 1;
 
-// Brings the stored schema from an older version (0: an empty database) to kSchemaVersion.
+// Upgrades the stored schema from an older version (0: an empty database) to kSchemaVersion, step
+// by step in one transaction.
 void upgrade_schema(soci::session& sql);
 
 }  // namespace orvaneplatform

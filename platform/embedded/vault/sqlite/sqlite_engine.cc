@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/embedded/vault/run_statement.h"
+#include "platform/vault_database.h"
 
 namespace orvaneplatform::sqlite_engine {
 namespace {
@@ -15,14 +16,13 @@ namespace {
 using namespace metadata_vault;
 
 // Stored in the file's header: "ORVN", and "ORV" with the schema version in the last byte, so that
-// one look tells both whose file it is and which version. Must not change.
+// one number identifies the file and its version. They must not change.
 constexpr int kApplicationId = 0x4F52564E;
 constexpr int kVersionMark = 0x4F525600;
 constexpr int kVersionMask = 0xFF;
-// Between two tries to take a lock. SQLite's own wait pauses for up to 100 ms, and then hardly ever
-// meets the moment between two changes of a writer that makes one after the other.
-constexpr auto kPause = std::chrono::milliseconds(2);
-// Thrown by the trigger below, recognised by status_of.
+constexpr auto kPause = std::chrono::milliseconds(kLockPauseMs);
+constexpr auto kLockWait = std::chrono::milliseconds(metadata_vault::kLockWaitMs);
+// Raised by the trigger below and recognised by constraint_status. Stored in files.
 constexpr char kFullMessage[] = "the vault list is full";
 
 sqlite_api::sqlite3* handle_of(soci::session& sql) {
@@ -36,7 +36,7 @@ int int_pragma(soci::session& sql, const char* name) {
   return value;
 }
 
-// 0 when it is no vault database. Version and tables are stored in one transaction.
+// Returns 0 when it is not a vault database. Version and tables are stored in one transaction.
 int vault_version(soci::session& sql) {
   const int marked = int_pragma(sql, "user_version");
   return (marked & ~kVersionMask) == kVersionMark ? marked & kVersionMask : 0;
@@ -49,8 +49,8 @@ bool is_empty(soci::session& sql) {
          int_pragma(sql, "application_id") == 0;
 }
 
-// SOCI takes a bare path, unless it holds a "=": then "key=value" pairs, whose values may stand
-// between quotation marks.
+// SOCI accepts a path, unless it contains "=": then it expects "key=value" pairs, whose values may
+// be between quotation marks.
 std::string connection_string(const std::string& path) {
   if (path.find('=') == std::string::npos) {
     return path;
@@ -62,20 +62,20 @@ std::string connection_string(const std::string& path) {
   return "dbname=\"" + path + '"';
 }
 
-// By default the connection that closes last moves the log's content into the database and removes
-// the log, and the next one makes it anew: a third of the cost of a short call. Here the log's file
-// stays, and only a connection that has written empties it.
+// By default the last connection that closes moves the contents of the write-ahead log into the
+// database and removes the log, and the next one creates it again, which is a third of the cost of
+// a short call. Here the log's file is kept, and only a connection that has written empties it.
 void keep_write_ahead_log(soci::session& sql) {
   int enabled = 1;
   sqlite_api::sqlite3_file_control(handle_of(sql), "main", SQLITE_FCNTL_PERSIST_WAL, &enabled);
 }
 
-void empty_log_on_close(soci::session& sql, bool wanted) {
-  sqlite_api::sqlite3_db_config(handle_of(sql), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, wanted ? 0 : 1,
-                                nullptr);
+void empty_log_on_close(soci::session& sql, bool is_emptied) {
+  sqlite_api::sqlite3_db_config(handle_of(sql), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
+                                is_emptied ? 0 : 1, nullptr);
 }
 
-// A vault has none; one in a file of others' making may run for ever.
+// A vault database has no views; a view in an untrusted file may run for ever.
 void refuse_views(soci::session& sql) {
   sqlite_api::sqlite3_db_config(handle_of(sql), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
 }
@@ -87,7 +87,8 @@ VaultStatus constraint_status(std::string_view message) {
   return message.find("list_index") != std::string_view::npos ? kVaultIndexTaken : kVaultIdTaken;
 }
 
-// A commit's failure is kept with the file of the log, any other one with the connection.
+// Returns the errno of the last failure. That of a commit is kept with the file of the log, any
+// other one with the connection.
 int last_errno(sqlite_api::sqlite3* handle) {
   if (handle == nullptr) {
     return 0;
@@ -114,18 +115,45 @@ VaultStatus io_status(sqlite_api::sqlite3* handle) {
   }
 }
 
-// Called when a lock is taken, `pauses` times before for the same one. 0 gives up.
+// Called by SQLite when another connection holds a lock; `pauses` counts the earlier calls for this
+// lock. Returns 0 to give up.
 int pause_or_give_up(void* lock_wait, int pauses) {
   auto& deadline = static_cast<LockWait*>(lock_wait)->deadline;
   const auto now = std::chrono::steady_clock::now();
   if (pauses == 0) {
-    deadline = now + std::chrono::milliseconds(kLockWaitMs);
+    deadline = now + kLockWait;
   }
   if (now >= deadline) {
     return 0;
   }
   std::this_thread::sleep_for(kPause);
   return 1;
+}
+
+VaultStatus status_of(soci::session& sql, const soci::soci_error& error) {
+  const auto* sqlite_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
+  switch (sqlite_error != nullptr ? sqlite_error->result() : SQLITE_ERROR) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      return kVaultBusy;
+    case SQLITE_CONSTRAINT:
+      return constraint_status(error.get_error_message());
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return kVaultReadOnly;
+    case SQLITE_FULL:
+      return kVaultNoSpace;
+    case SQLITE_IOERR:
+      return io_status(handle_of(sql));
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return kVaultDamaged;
+    case SQLITE_CANTOPEN:
+      return kVaultUnreachable;
+    default:
+      return kVaultFailed;
+  }
 }
 
 bool is_busy(const soci::soci_error& error) {
@@ -148,7 +176,7 @@ void open(soci::session& sql, const std::string& path, LockWait& wait) {
 int schema_version(soci::session& sql) {
   int version = vault_version(sql);
   if (version <= 0 && !is_empty(sql)) {
-    // Another process may have stored the first schema between the two looks.
+    // Another process may have stored the first schema between the two queries.
     version = vault_version(sql);
     if (version <= 0) {
       throw soci::sqlite3_soci_error("a database, but not a vault database", SQLITE_NOTADB);
@@ -158,8 +186,8 @@ int schema_version(soci::session& sql) {
 }
 
 void prepare_empty(soci::session& sql) {
-  // The change of the journal needs the file alone and does not wait for it by itself.
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kLockWaitMs);
+  // This PRAGMA needs the file for itself alone, and it does not call the busy handler.
+  const auto deadline = std::chrono::steady_clock::now() + kLockWait;
   for (;;) {
     try {
       std::string mode;
@@ -192,30 +220,9 @@ std::string data_source_limit(int limit) {
          std::to_string(limit) + " BEGIN SELECT RAISE(ABORT, '" + kFullMessage + "'); END";
 }
 
-VaultStatus status_of(soci::session& sql, const soci::soci_error& error) {
-  const auto* sqlite_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
-  switch (sqlite_error != nullptr ? sqlite_error->result() : SQLITE_ERROR) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-      return kVaultBusy;
-    case SQLITE_CONSTRAINT:
-      return constraint_status(error.get_error_message());
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-      return kVaultReadOnly;
-    case SQLITE_FULL:
-      return kVaultNoSpace;
-    case SQLITE_IOERR:
-      return io_status(handle_of(sql));
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-      return kVaultDamaged;
-    case SQLITE_CANTOPEN:
-      return kVaultUnreachable;
-    default:
-      return kVaultFailed;
-  }
+base::Failure failure_of(soci::session& sql, const std::string& path,
+                         const soci::soci_error& error) {
+  return {path, error.get_error_message(), status_of(sql, error)};
 }
 
 }  // namespace orvaneplatform::sqlite_engine

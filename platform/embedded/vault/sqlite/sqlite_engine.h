@@ -1,4 +1,4 @@
-// SQLite under the vault database: everything in which it differs from another SQL engine.
+// SQLite as the engine of the vault database: everything that differs from another SQL engine.
 #pragma once
 
 #include <soci/soci.h>
@@ -6,41 +6,56 @@
 #include <chrono>
 #include <string>
 
+#include "base/failure.h"
 #include "platform/vault_status.h"
 
 namespace orvaneplatform::sqlite_engine {
 
-// How long a writer waits for another one. Readers do not wait.
-inline constexpr int kLockWaitMs = 10'000;
+// The pause between two attempts to take a lock. The wait that SQLite offers pauses for up to 100
+// ms and so hardly ever meets the moment between two changes of a writer that makes many.
+inline constexpr int kLockPauseMs = 2;
 
-// A connection's wait for the lock of another one.
+// The state of a connection's wait for the lock of another connection, at most kLockWaitMs
+// (platform/vault_database.h).
 struct LockWait {
   std::chrono::steady_clock::time_point deadline;
 };
 
-// Opens the file, which must exist. `wait` has to live as long as the session.
+// Opens the file, which must exist. `wait` must live as long as the session.
 void open(soci::session& sql, const std::string& path, LockWait& wait);
 
-// The version of the stored schema; 0 when there is none. Throws when the file is no vault
-// database.
+// Returns the version of the stored schema; 0 for an empty database. Throws when the file is not a
+// vault database.
 int schema_version(soci::session& sql);
 
-// Makes an empty database ready for its first schema: from then on a write-ahead log is kept beside
-// it. Call before begin_write.
+// Prepares an empty database for its first schema: from now on it has a write-ahead log. Call it
+// before begin_write.
 void prepare_empty(soci::session& sql);
 
 void set_schema_version(soci::session& sql, int version);
 
-// Begins a transaction that holds the write lock from its start, and whose commit is durable.
+// Begins a transaction that takes the write lock at once and whose commit is durable.
 void begin_write(soci::session& sql);
 
-// The column type of a key that the database gives out.
+// The column type of a key that the database assigns.
 extern const char kKeyColumn[];
 
-// The statement that makes the database itself refuse a data source too many.
+// Returns the statement that makes the database itself refuse more than `limit` data sources.
 std::string data_source_limit(int limit);
 
-// What the error that an operation on `sql` has just thrown means.
-metadata_vault::VaultStatus status_of(soci::session& sql, const soci::soci_error& error);
+// Returns the status and the message of the error that an operation on `sql` has just thrown.
+// `path`: the file, or empty.
+base::Failure failure_of(soci::session& sql, const std::string& path,
+                         const soci::soci_error& error);
+
+// Calls `work`, which uses `sql`, and throws base::Failure in place of SOCI's exceptions.
+template <typename Work>
+void throw_failures(soci::session& sql, const std::string& path, Work work) {
+  try {
+    work();
+  } catch (const soci::soci_error& error) {
+    throw failure_of(sql, path, error);
+  }
+}
 
 }  // namespace orvaneplatform::sqlite_engine

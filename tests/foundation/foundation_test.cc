@@ -5,7 +5,7 @@
 
 #include "tests/support/library.h"
 
-TEST(Identifiers, ArePrefixAndFreshHexadecimalDigits) {
+TEST(Identifiers, AreAPrefixAndNewHexadecimalDigits) {
   std::set<std::string> seen;
   for (int i = 0; i < 1000; ++i) {
     const std::string both = create_device_id() + create_terminal_id();
@@ -28,7 +28,7 @@ TEST(Logging, ExpandsOnceAndOnlyTheConsoleAddsALineFeed) {
   EXPECT_EQ(test::take_debug_log(), (std::vector<std::string>{"near \"%d%n\"\n", cut}));
 }
 
-// The numbers as programs have stored them.
+// The numbers that programs have stored.
 TEST(ResultCodes, KeepTheirNumbersAndHaveWords) {
   using Row = std::pair<int, int>;
   for (const auto& [code, number] :
@@ -48,7 +48,7 @@ TEST(ResultCodes, KeepTheirNumbersAndHaveWords) {
   }
 }
 
-TEST(Split, Table) {
+TEST(Split, ReturnsOrAppendsTheItems) {
   using Row = std::pair<std::string, std::vector<std::string>>;
   for (auto [text, items] :
        {Row("", {}), Row("NULL", {"NULL"}), Row("a,,b", {"a", "", "b"}), Row(",a", {"", "a"}),
@@ -61,21 +61,21 @@ TEST(Split, Table) {
   }
 }
 
-static std::time_t pretended_now = 0;
+static std::time_t fake_now = 0;
 
-// The library asks this program for the time.
+// Replaces the system's function for the library.
 extern "C" __attribute__((visibility("default"))) std::time_t time(std::time_t* result) noexcept {
-  return result != nullptr ? *result = pretended_now : pretended_now;
+  return result != nullptr ? *result = fake_now : fake_now;
 }
 
-TEST(TimeZone, StandardOffsetAllYear) {
+TEST(TimeZone, IsTheStandardOffsetAllYear) {
   using Row = std::pair<const char*, long>;
   for (const auto& [zone, offset] :
        {Row("UTC", 0), Row("America/New_York", -18000), Row("Australia/Sydney", 36000),
         Row("<+0330>-3:30", 12600), Row("Europe/Berlin", 3600), Row("Asia/Kathmandu", 20700)}) {
     setenv("TZ", zone, 1);
     for (const std::time_t now : {1768478400, 1784116800}) {  // in January and in July
-      pretended_now = now;
+      fake_now = now;
       EXPECT_EQ(get_timezone_diff(), offset) << zone << " at " << now;
     }
   }

@@ -1,13 +1,14 @@
-#include "sqlite/internal/statement_run.h"
+#include "sqlite/internal/statement_runner.h"
 
 #include <sqlite3.h>
 
 #include "base/sql_quote.h"
 
 namespace orvaneip {
+
 void Finalize::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-int StatementRun::run_rest() {
+int StatementRunner::run_rest() {
   while (*rest_ != '\0') {
     sqlite3_stmt* prepared = nullptr;
     const char* tail = nullptr;
@@ -24,7 +25,7 @@ int StatementRun::run_rest() {
   return SQLITE_OK;
 }
 
-int StatementRun::run(sqlite3_stmt* statement) {
+int StatementRunner::run(sqlite3_stmt* statement) {
   const std::vector<std::string> names = names_;
   const std::size_t count = cells_.size();
   int result = SQLITE_OK;
@@ -39,7 +40,7 @@ int StatementRun::run(sqlite3_stmt* statement) {
   return result == SQLITE_ROW ? (rows_differ_ ? SQLITE_ERROR : SQLITE_NOMEM) : result;
 }
 
-bool StatementRun::keep_row(sqlite3_stmt* statement) {
+bool StatementRunner::keep_row(sqlite3_stmt* statement) {
   const int columns = sqlite3_column_count(statement);
   for (int i = 0; cells_.empty() && i < columns; ++i) {
     names_.emplace_back(sqlite3_column_name(statement, i));
@@ -55,12 +56,12 @@ bool StatementRun::keep_row(sqlite3_stmt* statement) {
   return !rows_differ_;
 }
 
-const char* StatementRun::error() const {
+const char* StatementRunner::error() const {
   return rows_differ_ ? "sqlite3_get_table() called with two or more incompatible queries"
                       : sqlite3_errmsg(db_);
 }
 
-std::string StatementRun::rows_query() const {
+std::string StatementRunner::rows_query() const {
   if (cells_.empty()) {
     return "SELECT 0 WHERE 0";
   }
