@@ -79,7 +79,7 @@ class RuleBudget {
 
   bool is_exceeded() const { return is_exceeded_; }
 
-  // Returns false when fewer than `rules` are left, and ever after.
+  // Returns false when fewer than `rules` are left, and for every call after that.
   bool take(std::size_t rules) {
     is_exceeded_ |= rules > rules_;
     rules_ -= is_exceeded_ ? 0 : rules;
