@@ -11,11 +11,11 @@
 inline constexpr std::size_t kFilterNameBytes = 256;
 inline constexpr std::size_t kFilterDeviceIdBytes = 256;
 
-// One named filter. Values that own their rules: copying copies every rule, moving hands them over.
-// Whoever makes one fills the texts; `filter made{};` is all zeros.
+// One named filter. A value that owns its rules: a copy copies every rule, a move hands them over.
+// The default constructor leaves `name` and `enable` unset; `filter made{};` zeroes them.
 struct filter {
   char name[kFilterNameBytes];
-  std::int32_t enable;  // 0: switched off
+  std::int32_t enable;  // 0: disabled
   std::vector<rule> rule_list;
 };
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
+#include "base/ascii_case.h"
 #include "platform/log_sinks.h"
 
 namespace {
@@ -13,45 +15,45 @@ constexpr int kNoRule = 0;
 
 enum RuleType { kReplace = 0, kRecognise = 1, kBreakLine = 2 };
 
-char lower(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte; }
-
-// Without the locale that strcasecmp looks at.
-bool equal_but_for_case(const char* one, const char* other) {
-  while (*one != '\0' && (*one == *other || lower(*one) == lower(*other))) {
-    ++one;
-    ++other;
-  }
-  return lower(*one) == lower(*other);
-}
-
-// How a text begins: its first bytes, up to its terminator, as a number that most other texts are
-// told apart by.
-class Beginning {
+// The first bytes of a text, up to its terminator, as a number: most texts that differ have
+// different keys.
+class PrefixKey {
  public:
-  explicit Beginning(const char* text) {
-    const std::size_t counted = std::min(strnlen(text, sizeof(bytes_)) + 1, sizeof(bytes_));
-    std::memcpy(&bytes_, text, counted);
-    std::memset(&counted_, 0xFF, counted);
+  explicit PrefixKey(const char* text) {
+    const std::size_t size = std::min(strnlen(text, sizeof(bytes_)) + 1, sizeof(bytes_));
+    std::memcpy(&bytes_, text, size);
+    std::memset(&mask_, 0xFF, size);
   }
 
-  // `field` is a whole field of a record, so that the bytes are there.
-  bool is_that_of(const char (&field)[kRuleTextBytes]) const {
+  // Takes a whole field of a record, so that all bytes of a key can be read.
+  bool matches(const char (&field)[kRuleTextBytes]) const {
     std::uint64_t bytes = 0;
     std::memcpy(&bytes, field, sizeof(bytes));
-    return ((bytes ^ bytes_) & counted_) == 0;
+    return ((bytes ^ bytes_) & mask_) == 0;
   }
 
  private:
   std::uint64_t bytes_ = 0;
-  std::uint64_t counted_ = 0;
+  std::uint64_t mask_ = 0;
 };
 
-// One text on its way through the rules of a device.
+// Both return true when the field, which may lack its terminator, contains exactly the text.
+bool holds_text(const char (&field)[kRuleTextBytes], std::string_view text) {
+  return text.size() <= sizeof(field) && std::memcmp(field, text.data(), text.size()) == 0 &&
+         (text.size() == sizeof(field) || field[text.size()] == '\0');
+}
+
+bool holds_id(const char (&field)[kFilterDeviceIdBytes], std::string_view id) {  // ignoring case
+  return id.size() <= sizeof(field) && base::equal_ignoring_case({field, id.size()}, id) &&
+         (id.size() == sizeof(field) || field[id.size()] == '\0');
+}
+
+// The search for a text among the rules of a device.
 class Search {
  public:
   Search(const char* text, char* output, int output_size_bytes, const char* device_id)
-      : text_(text),
-        beginning_(text),
+      : text_(text, strnlen(text, kRuleTextBytes + 1)),
+        key_(text),
         output_(output),
         output_size_(static_cast<std::size_t>(output_size_bytes)),
         device_id_(device_id) {}
@@ -76,13 +78,13 @@ class Search {
   // Most rules of a search are enabled and do not apply: for them this costs a comparison.
   int try_rule(const rule& tried) {
     if (tried.enable == 0 || !is_known(tried.type)) [[unlikely]] {
-      tell_passed_over(tried);
+      log_skipped(tried);
       return kNoRule;
     }
     if (tried.type == kReplace && !cleared_) {
       clear_output();
     }
-    if (!beginning_.is_that_of(tried.target) || std::strcmp(tried.target, text_) != 0) [[likely]] {
+    if (!key_.matches(tried.target) || !holds_text(tried.target, text_)) [[likely]] {
       return kNoRule;
     }
     return apply(tried);
@@ -90,7 +92,7 @@ class Search {
 
   static bool is_known(std::int32_t type) { return static_cast<std::uint32_t>(type) <= kBreakLine; }
 
-  [[gnu::noinline]] void tell_passed_over(const rule& tried) const {
+  [[gnu::noinline]] void log_skipped(const rule& tried) const {
     if (tried.enable == 0) {
       log_Debug(
           "DevId=[%s],RuleName=[%s], Type=[%d], enable=[%d],target=[%s],Result=[%s]. This rule is "
@@ -104,7 +106,7 @@ class Search {
   [[gnu::noinline]] int apply(const rule& found) {
     switch (found.type) {
       case kReplace:
-        return write(found.result, 1);
+        return write({found.result, strnlen(found.result, kRuleTextBytes)}, 1);
       case kRecognise:
         return 2;
       default:
@@ -112,24 +114,22 @@ class Search {
     }
   }
 
-  // Once is enough: until a rule applies nothing else writes.
+  // Called once for a search: nothing else writes before a rule applies.
   [[gnu::noinline]] void clear_output() {
     std::memset(output_, 0, output_size_);
     cleared_ = true;
   }
 
-  // Up to output size less 2 characters and a terminator.
-  int write(const char* replacement, int result) {
+  // Writes at most the output's size less 2 bytes, and a terminator.
+  int write(std::string_view replacement, int result) {
     if (output_size_ > 1) {
-      const std::size_t length = strnlen(replacement, output_size_ - 2);
-      std::memcpy(output_, replacement, length);
-      output_[length] = '\0';
+      output_[replacement.copy(output_, output_size_ - 2)] = '\0';
     }
     return result;
   }
 
-  const char* text_;
-  const Beginning beginning_;
+  const std::string_view text_;  // cut where it is too long for any rule
+  const PrefixKey key_;
   char* output_;
   std::size_t output_size_;
   const char* device_id_;
@@ -144,8 +144,9 @@ int devcfg_match_filters(const char* text, char* output, int output_size_bytes,
       device_id == nullptr) {
     return kNoRule;
   }
+  const std::string_view id = device_id;
   const auto device = std::find_if(devices.begin(), devices.end(), [&](const dev_filter& entry) {
-    return equal_but_for_case(entry.device_id, device_id);
+    return holds_id(entry.device_id, id);
   });
   if (device == devices.end()) {
     log_Debug("[libdevcfg] %s() No filter rules for device_id=[%s]", kFunction, device_id);
@@ -160,7 +161,7 @@ int devcfg_match_filters(const char* text, char* output, int output_size_bytes,
   return kNoRule;
 }
 
-// NOLINTBEGIN(performance-unnecessary-value-param): the copy is the interface's
+// NOLINTBEGIN(performance-unnecessary-value-param): the interface takes a copy
 int devcfg_do_filtering(char* text, int /*text_length*/, char* output, int output_size_bytes,
                         char* device_id, std::vector<dev_filter> devices) {
   return devcfg_match_filters(text, output, output_size_bytes, device_id, devices);

@@ -7,18 +7,19 @@
 #include <cstdio>
 #include <optional>
 
-#include "devtree/internal/config_file.h"
+#include "devfilter/internal/fixed_paths.h"
 #include "devtree/device_tree.h"
+#include "devtree/internal/config_file.h"
 #include "devtree/internal/node_list.h"
 #include "platform/config_tree.h"
 #include "platform/log_sinks.h"
 
 namespace {
 
-constexpr char kRuleFilePath[] = ORVANEIP_ROOT "/etc/config/kfilter.xml";
+using orvaneip::kRuleFilePath;
+using orvaneip::split_in_place;
+
 constexpr char kTop[] = "filter";
-constexpr std::size_t kDeviceListBytes = 1024;
-constexpr std::size_t kInnerListBytes = 512;
 
 class ExportedTree {
  public:
@@ -57,27 +58,28 @@ void read_rule(void** tree, const char* device_node, const char* filter_node, co
   read_text(tree, record.result, device_node, filter_node, rule_node, "result");
 }
 
-// Has the kernel bring the pages of the records in one go. Every record is written whole, and a
-// page fault for each half of one costs more than all the rest of the reading. A kernel that does
-// not know the advice (before Linux 5.14) brings them one by one.
+// Makes the kernel map the pages of the records at once: every record is written whole, and a page
+// fault for each half of one costs more than the rest of the reading. A kernel without this advice
+// (before Linux 5.14) maps them one by one.
 void reserve_pages(std::vector<rule>& rules, std::size_t count) {
   rules.reserve(rules.size() + count);
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  char* const room = reinterpret_cast<char*>(rules.data() + rules.size());
-  const std::size_t before_page = (page - reinterpret_cast<std::uintptr_t>(room) % page) % page;
+  char* const unused = reinterpret_cast<char*>(rules.data() + rules.size());
+  const std::size_t before_page = (page - reinterpret_cast<std::uintptr_t>(unused) % page) % page;
   const std::size_t size_bytes = count * sizeof(rule);
   if (size_bytes >= before_page + page) {
-    madvise(room + before_page, (size_bytes - before_page) / page * page, MADV_POPULATE_WRITE);
+    madvise(unused + before_page, (size_bytes - before_page) / page * page, MADV_POPULATE_WRITE);
   }
 }
 
-// How many rules may still be read. Names that are listed twice make a small file large.
-class Room {
+// The number of rules that may still be read: names that are listed twice make a small file large.
+class RuleBudget {
  public:
-  explicit Room(std::size_t rules = SIZE_MAX) : rules_(rules) {}
+  explicit RuleBudget(std::size_t rules = SIZE_MAX) : rules_(rules) {}
 
   bool is_exceeded() const { return is_exceeded_; }
 
+  // Returns false when fewer than `rules` are left, and for every call after that.
   bool take(std::size_t rules) {
     is_exceeded_ |= rules > rules_;
     rules_ -= is_exceeded_ ? 0 : rules;
@@ -90,11 +92,11 @@ class Room {
 };
 
 void append_rules(void** tree, const char* device_node, const char* filter_node,
-                  std::vector<rule>& rules, Room& room) {
-  char list[kInnerListBytes] = {};
+                  std::vector<rule>& rules, RuleBudget& budget) {
+  char list[kFilterListBytes] = {};
   read_text(tree, list, device_node, filter_node, "rule_node_list");
-  const std::vector<char*> names = orvaneip::cut_names(list);
-  if (!room.take(names.size())) {
+  const std::vector<char*> names = split_in_place(list);
+  if (!budget.take(names.size())) {
     return;
   }
   reserve_pages(rules, names.size());
@@ -103,17 +105,18 @@ void append_rules(void** tree, const char* device_node, const char* filter_node,
   }
 }
 
-int append_filters(void** tree, const char* device_node, std::vector<filter>& filters, Room& room) {
-  char list[kInnerListBytes] = {};
+int append_filters(void** tree, const char* device_node, std::vector<filter>& filters,
+                   RuleBudget& budget) {
+  char list[kFilterListBytes] = {};
   read_text(tree, list, device_node, "filter_node_list");
-  const std::vector<char*> names = orvaneip::cut_names(list);
+  const std::vector<char*> names = split_in_place(list);
   filters.reserve(filters.size() + names.size());
   for (const char* name : names) {
     filter& record = filters.emplace_back();
     read_text(tree, record.name, device_node, name, "name");
     record.enable = read_number(tree, 0, device_node, name, "enable");
-    append_rules(tree, device_node, name, record.rule_list, room);
-    if (room.is_exceeded()) {
+    append_rules(tree, device_node, name, record.rule_list, budget);
+    if (budget.is_exceeded()) {
       break;
     }
   }
@@ -121,9 +124,9 @@ int append_filters(void** tree, const char* device_node, std::vector<filter>& fi
 }
 
 void append_device(void** tree, const char* device_node, std::vector<dev_filter>& devices,
-                   Room& room) {
+                   RuleBudget& budget) {
   dev_filter& device = devices.emplace_back();
-  const int count = append_filters(tree, device_node, device.filter_list, room);
+  const int count = append_filters(tree, device_node, device.filter_list, budget);
   if (count == 0) {
     devices.pop_back();
     return;
@@ -132,20 +135,20 @@ void append_device(void** tree, const char* device_node, std::vector<dev_filter>
   read_text(tree, device.device_id, device_node, "device_id");
 }
 
-// False when there are too many.
+// Returns false when the file lists too many rules.
 bool append_devices(void** tree, std::vector<dev_filter>& devices) {
-  char list[kDeviceListBytes] = {};
+  char list[kFilterDeviceListBytes] = {};
   read_text(tree, list, "device_node_list");
   if (*list == '\0') {
     log_Debug("[libdevcfg] There is no rules in %s", kRuleFilePath);
     return true;
   }
-  const std::vector<char*> names = orvaneip::cut_names(list);
+  const std::vector<char*> names = split_in_place(list);
   devices.reserve(names.size());
-  Room room(kMaxFileRules);
+  RuleBudget budget(kMaxFileRules);
   for (const char* name : names) {
-    append_device(tree, name, devices, room);
-    if (room.is_exceeded()) {
+    append_device(tree, name, devices, budget);
+    if (budget.is_exceeded()) {
       log_Debug("[libdevcfg] %s lists more than %zu rules", kRuleFilePath, kMaxFileRules);
       std::vector<dev_filter>().swap(devices);
       return false;
@@ -154,8 +157,8 @@ bool append_devices(void** tree, std::vector<dev_filter>& devices) {
   return true;
 }
 
-// The subtree under the top element `top`, null when there is none. Nothing, and a log line, when
-// the file cannot be opened.
+// Returns the subtree under the top element `top`, null when it does not exist; nothing, with a log
+// line, when the file cannot be opened.
 std::optional<void**> export_rule_file(const char* top) {
   const orvaneip::ConfigFile file(kCfgRead, kRuleFilePath);
   if (!file.is_open()) {
@@ -188,16 +191,16 @@ int devcfg_free_filter_rules_list(std::vector<dev_filter>& devices) {
 }
 
 int get_filter_rule(void** tree, char* device_node, std::vector<filter>& filters) {
-  Room room;
+  RuleBudget budget;
   return tree != nullptr && device_node != nullptr
-             ? append_filters(tree, device_node, filters, room)
+             ? append_filters(tree, device_node, filters, budget)
              : 0;
 }
 
 int get_rule_list(void** tree, char* device_node, char* filter_node, std::vector<rule>& rules) {
-  Room room;
+  RuleBudget budget;
   if (tree != nullptr && device_node != nullptr && filter_node != nullptr) {
-    append_rules(tree, device_node, filter_node, rules, room);
+    append_rules(tree, device_node, filter_node, rules, budget);
   }
   return 0;
 }
@@ -209,6 +212,6 @@ int devcfg_get_filter_rule(char* device_id, dev_filter& /*device*/) {
   if (!exported) {
     return -1;
   }
-  const ExportedTree released(*exported);
+  const ExportedTree tree(*exported);
   return 0;
 }

@@ -1,114 +1,95 @@
 #include "devtree/builtin_devices.h"
 
-#include <optional>
 #include <string>
 
+#include "devtree/internal/builtin_files.h"
 #include "devtree/internal/builtin_plan.h"
-#include "devtree/internal/config_file.h"
-#include "devtree/internal/fixed_paths.h"
-#include "devtree/internal/node_list.h"
 #include "platform/log_sinks.h"
 
 namespace {
 
+using orvaneip::BuiltinList;
 using orvaneip::BuiltinPlan;
-using orvaneip::ConfigFile;
+using orvaneip::DeviceTree;
 
-constexpr char kTop[] = "device";
-
-class Files {
- public:
-  explicit Files(TCfgMode mode) : builtin_list_(mode, orvaneip::kBuiltinListPath) {
-    if (!builtin_list_.is_open()) {
-      orvane_log_debug("[libdevcfg] Builtin XML file opened failed");
-      return;
-    }
-    device_tree_.emplace(mode, orvaneip::kDeviceTreePath);
-    if (!device_tree_->is_open()) {
-      orvane_log_debug("[libdevcfg] Zelip XML file opened failed");
-      builtin_list_.close();
-    }
+// Opens both files for `work`, and returns its result. -1 and a log line when one cannot be opened.
+template <typename Work>
+int with_open_files(TCfgMode mode, Work work) {
+  BuiltinList builtin_list(mode);
+  if (!builtin_list.is_open()) {
+    orvane_log_debug("[libdevcfg] Builtin XML file opened failed");
+    return -1;
   }
-
-  bool are_open() const { return device_tree_ && device_tree_->is_open(); }
-  void* builtin_list() const { return builtin_list_.handle(); }
-  void* device_tree() const { return device_tree_->handle(); }
-
-  // False when a change could not be saved.
-  bool close() {
-    const bool closed = builtin_list_.close();
-    return device_tree_->close() && closed;
+  DeviceTree device_tree(mode);
+  if (!device_tree.is_open()) {
+    orvane_log_debug("[libdevcfg] Zelip XML file opened failed");
+    return -1;
   }
+  return work(builtin_list, device_tree);
+}
 
- private:
-  ConfigFile builtin_list_;
-  std::optional<ConfigFile> device_tree_;
-};
-
-// Stores values, and reads them back: the next run goes by what it reads.
-class Storing {
+// Stores values and reads them back: the next run depends on what it reads.
+class VerifiedWriter {
  public:
-  explicit Storing(const Files& files) : files_(files) {}
+  explicit VerifiedWriter(DeviceTree& device_tree) : device_tree_(device_tree) {}
 
+  // Returns false when a value did not read back unchanged.
   bool all_held() const { return all_held_; }
-
-  void add_node(const BuiltinAddition& addition) {
-    const char* node = addition.node_name.c_str();
-    for (const char* key : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
-                            "install_path", "db_name"}) {
-      store(orvaneip::entry_value(files_.builtin_list(), addition.entry, key), node, key);
-    }
-    store("true", node, "enable");
-  }
 
   template <typename... Names>
   void store(const std::string& value, Names... path) {
-    xmlcfg_set_str(files_.device_tree(), value.c_str(), kTop, path..., nullptr);
-    all_held_ &= orvaneip::holds_value(files_.device_tree(), value, kTop, path...);
+    device_tree_.store(value, path...);
+    all_held_ &= device_tree_.holds(value, path...);
   }
 
  private:
-  const Files& files_;
+  DeviceTree& device_tree_;
   bool all_held_ = true;
 };
 
-// False when the tree does not hold all of it afterwards.
-bool carry_out(const BuiltinPlan& plan, const Files& files) {
+void add_node(const BuiltinAddition& addition, const BuiltinList& builtin_list,
+              VerifiedWriter& writer) {
+  const char* node = addition.node_name.c_str();
+  for (const char* name : {"device_id", "qid", "builtin", "type", "brand", "device_name", "plugin",
+                           "install_path", "db_name"}) {
+    writer.store(builtin_list.value(addition.entry, name), node, name);
+  }
+  writer.store("true", node, "enable");
+}
+
+// Returns false when the device tree does not hold all of the plan afterwards.
+bool apply_plan(const BuiltinPlan& plan, const BuiltinList& builtin_list, DeviceTree& device_tree) {
   for (const std::string& name : plan.changes.removed) {
-    xmlcfg_remove(files.device_tree(), kTop, name.c_str(), nullptr);
+    device_tree.remove(name);
   }
-  Storing storing(files);
+  VerifiedWriter writer(device_tree);
   for (const BuiltinAddition& addition : plan.changes.added) {
-    storing.add_node(addition);
+    add_node(addition, builtin_list, writer);
   }
-  storing.store(plan.node_list, "device_node_list");
-  return storing.all_held();
+  writer.store(plan.node_list, orvaneip::kNodeListName);
+  return writer.all_held();
+}
+
+int update_tree(BuiltinList& builtin_list, DeviceTree& device_tree) {
+  const BuiltinPlan plan = orvaneip::plan_builtin(builtin_list, device_tree);
+  if (!apply_plan(plan, builtin_list, device_tree)) {
+    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes, nothing is changed");
+    return -1;
+  }
+  const bool closed = builtin_list.close();
+  return device_tree.close() && closed && !plan.changes.limit_reached ? 0 : -1;
 }
 
 }  // namespace
 
-int devcfg_check_builtin() {
-  Files files(kCfgChange);
-  if (!files.are_open()) {
-    return -1;
-  }
-  const BuiltinPlan plan = orvaneip::plan_builtin(files.builtin_list(), files.device_tree());
-  if (!carry_out(plan, files)) {
-    orvane_log_debug("[libdevcfg] Zelip XML file does not take the nodes, nothing is changed");
-    return -1;
-  }
-  return files.close() && !plan.changes.limit_reached ? 0 : -1;
-}
+int devcfg_check_builtin() { return with_open_files(kCfgChange, update_tree); }
 
 int devcfg_preview_builtin(BuiltinChanges& changes) {
-  const Files files(kCfgRead);
-  if (!files.are_open()) {
-    return -1;
-  }
-  const BuiltinChanges found =
-      orvaneip::plan_builtin(files.builtin_list(), files.device_tree()).changes;
-  changes.removed.insert(changes.removed.end(), found.removed.begin(), found.removed.end());
-  changes.added.insert(changes.added.end(), found.added.begin(), found.added.end());
-  changes.limit_reached = found.limit_reached;
-  return found.limit_reached ? -1 : 0;
+  return with_open_files(kCfgRead, [&](BuiltinList& builtin_list, DeviceTree& device_tree) {
+    const BuiltinChanges found = orvaneip::plan_builtin(builtin_list, device_tree).changes;
+    changes.removed.insert(changes.removed.end(), found.removed.begin(), found.removed.end());
+    changes.added.insert(changes.added.end(), found.added.begin(), found.added.end());
+    changes.limit_reached = found.limit_reached;
+    return found.limit_reached ? -1 : 0;
+  });
 }

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "devtree/internal/node_list.h"
+#include "devtree/device_tree.h"
+#include "devtree/internal/tree_values.h"
 #include "foundation/split.h"
 #include "platform/event_service.h"
 #include "platform/log_sinks.h"
@@ -14,17 +15,17 @@ namespace {
 constexpr char kTop[] = "device_event_root";
 constexpr char kFunction[] = "remove_event_in_table";
 
-// Nothing when there is no list.
+// Returns nothing when there is no list.
 template <typename... Names>
 std::optional<std::vector<std::string>> read_list(void* event_tree, Names... path) {
-  char list[orvaneip::kNodeListBytes];
-  orvaneip::read_value(event_tree, orvaneip::kNone, list, kTop, path...);
-  return std::string(list) != orvaneip::kNone ? std::optional(split(list, ',')) : std::nullopt;
+  char list[kNodeListBytes];
+  orvaneip::read_value(event_tree, orvaneip::kNoValue, list, kTop, path...);
+  return std::string(list) != orvaneip::kNoValue ? std::optional(split(list, ',')) : std::nullopt;
 }
 
 bool remove_event(void* event_tree, const char* device, const char* terminal, const char* event) {
-  char id[orvaneip::kValueBytes];
-  orvaneip::read_value(event_tree, orvaneip::kNone, id, kTop, device, terminal, event, "evt_id");
+  char id[kEventIdBytes];
+  orvaneip::read_value(event_tree, orvaneip::kNoValue, id, kTop, device, terminal, event, "evt_id");
   if (aevt_remove_event(id) != 0) {
     return true;
   }

@@ -4,27 +4,30 @@
 #include <cstddef>
 #include <cstdint>
 
+// Size in bytes, terminator included, of most texts of the record.
+inline constexpr std::size_t kDeviceTextBytes = 128;
+
 // Programs share this record with the library byte for byte: neither order nor sizes may change.
-// A text is NUL-terminated; a longer value of the file is cut to fit. "..." stands for
-// src_property_list.
+// Texts are NUL-terminated; a longer value of the file is cut to fit. The comments give the values'
+// paths below the node where they differ from the field's name; "..." is src_property_list.
 struct TDeviceInfo {
   std::int32_t node_no;
-  char device_id[128];
-  char type[128];
-  char brand[128];
-  char device_name[128];
-  char plugin[128];
-  char install_path[128];
-  bool enable;  // the file says exactly "true"
-  char description[128];
-  char conn_type[128];      // .../conn/type
-  char lan_ip[128];         // .../conn/lan/ip
-  char lan_port[6];         // .../conn/lan/port, as text
-  char com_port[5];         // .../conn/com/com, the name of a serial port
-  char baudrate[32];        // .../conn/com/baudrate, as text
-  char src_id[128];         // .../id, the login name at the source device
-  char src_pwd[128];        // .../pwd, the password at the source device, in clear
-  char recording_cam[128];  // .../binding/recording_cam
+  char device_id[kDeviceTextBytes];
+  char type[kDeviceTextBytes];
+  char brand[kDeviceTextBytes];
+  char device_name[kDeviceTextBytes];
+  char plugin[kDeviceTextBytes];
+  char install_path[kDeviceTextBytes];
+  bool enable;  // the value is exactly "true"
+  char description[kDeviceTextBytes];
+  char conn_type[kDeviceTextBytes];  // .../conn/type
+  char lan_ip[kDeviceTextBytes];     // .../conn/lan/ip
+  char lan_port[6];                  // .../conn/lan/port, as text
+  char com_port[5];                  // .../conn/com/com, the name of a serial port
+  char baudrate[32];                 // .../conn/com/baudrate, as text
+  char src_id[kDeviceTextBytes];     // .../id, the login name at the source device
+  char src_pwd[kDeviceTextBytes];    // .../pwd, the password at the source device, in plain text
+  char recording_cam[kDeviceTextBytes];  // .../binding/recording_cam
 };
 
 static_assert(sizeof(bool) == 1);

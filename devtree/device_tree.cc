@@ -6,33 +6,35 @@
 #include "devtree/internal/config_file.h"
 #include "devtree/internal/fixed_paths.h"
 #include "devtree/internal/node_list.h"
+#include "devtree/internal/tree_values.h"
 #include "foundation/split.h"
 #include "platform/log_sinks.h"
 
 namespace {
 
-using orvaneip::kNodeListBytes;
-using orvaneip::kNone;
-using orvaneip::kValueBytes;
+using orvaneip::kDeviceTop;
+using orvaneip::kNodeListName;
+using orvaneip::kNoValue;
 using orvaneip::NodeName;
 using orvaneip::read_value;
 
-constexpr char kTop[] = "device";
-
 bool has_device_id(void* tree, const char* top, const char* name, const char* device_id) {
-  char stored[kValueBytes];
-  read_value(tree, kNone, stored, top, name, "device_id");
+  char stored[kDeviceTextBytes];
+  read_value(tree, kNoValue, stored, top, name, "device_id");
   return std::strcmp(stored, device_id) == 0;
 }
 
 int find_device(void* tree, const char* device_id, const char* top) {
+  if (tree == nullptr || device_id == nullptr || top == nullptr) {
+    return -1;
+  }
   char list[kNodeListBytes];
-  read_value(tree, kNone, list, top, "device_node_list");
-  if (std::strcmp(list, kNone) == 0) {
+  read_value(tree, kNoValue, list, top, kNodeListName);
+  if (std::strcmp(list, kNoValue) == 0) {
     return -1;
   }
   for (const std::string& name : split(list, ',')) {
-    if (name != kNone && has_device_id(tree, top, name.c_str(), device_id)) {
+    if (name != kNoValue && has_device_id(tree, top, name.c_str(), device_id)) {
       if (const auto number = orvaneip::node_number(name)) {
         return *number;
       }
@@ -41,10 +43,10 @@ int find_device(void* tree, const char* device_id, const char* top) {
   return -1;
 }
 
-// The values of node `name`; those that are absent are empty.
+// Reads the values of node `name`; absent ones are empty.
 void read_fields(void* tree, const NodeName& name, TDeviceInfo& info) {
   const auto read = [&](auto& field, auto... path) {
-    read_value(tree, "", field, kTop, name.text, path...);
+    read_value(tree, "", field, kDeviceTop, name.text, path...);
   };
   read(info.type, "type");
   read(info.brand, "brand");
@@ -63,8 +65,8 @@ void read_fields(void* tree, const NodeName& name, TDeviceInfo& info) {
 }
 
 bool is_enabled(void* tree, const NodeName& name) {
-  char enable[6];
-  read_value(tree, "false", enable, kTop, name.text, "enable");
+  char enable[sizeof("false")];
+  read_value(tree, "false", enable, kDeviceTop, name.text, "enable");
   return std::strcmp(enable, "true") == 0;
 }
 
@@ -80,14 +82,10 @@ int devcfg_get_device_node(char* device_id) {
 }
 
 int find_device_exist(void* tree, char* device_id) {
-  char top[] = "device";
-  return find_device_exist_access(tree, device_id, top);
+  return find_device(tree, device_id, kDeviceTop);
 }
 
 int find_device_exist_access(void* tree, char* device_id, char* top) {
-  if (tree == nullptr || device_id == nullptr || top == nullptr) {
-    return -1;
-  }
   return find_device(tree, device_id, top);
 }
 
@@ -97,9 +95,9 @@ bool add_device_node(void* tree, int number, char* top) {
   }
   const NodeName name = orvaneip::node_name(number);
   char stored[kNodeListBytes];
-  read_value(tree, kNone, stored, top, "device_node_list");
+  read_value(tree, kNoValue, stored, top, kNodeListName);
   std::string list = stored;
-  if (list.empty() || list == kNone) {
+  if (list.empty() || list == kNoValue) {
     list = name.text;
   } else {
     list.append(",").append(name.text);
@@ -109,7 +107,7 @@ bool add_device_node(void* tree, int number, char* top) {
                      name.text);
     return true;
   }
-  xmlcfg_set_str(tree, list.c_str(), top, "device_node_list", nullptr);
+  xmlcfg_set_str(tree, list.c_str(), top, kNodeListName, nullptr);
   return true;
 }
 
@@ -122,10 +120,10 @@ bool get_device(void* tree, int number, TDeviceInfo* info) {
     return false;
   }
   const NodeName name = orvaneip::node_name(number);
-  read_value(tree, kNone, info->device_id, kTop, name.text, "device_id");
+  read_value(tree, kNoValue, info->device_id, kDeviceTop, name.text, "device_id");
   read_fields(tree, name, *info);
   info->enable = is_enabled(tree, name);
-  if (std::strcmp(info->device_id, kNone) == 0) {
+  if (std::strcmp(info->device_id, kNoValue) == 0) {
     return false;
   }
   info->node_no = number;
@@ -136,7 +134,7 @@ int devcfg_find_device_node(void* tree, char* list, char* device_id, char* node_
   if (tree == nullptr || list == nullptr || device_id == nullptr || node_name == nullptr) {
     return 0;
   }
-  std::vector<char*> names = orvaneip::cut_names(list);
+  std::vector<char*> names = orvaneip::split_in_place(list);
   if (names.size() > kMaxDeviceNodes) {
     orvane_log_debug("[libdevcfg] %s, %zu node names, those beyond %d are ignored", __func__,
                      names.size(), kMaxDeviceNodes);

@@ -6,7 +6,7 @@
 #include "fuzz/fuzz.h"
 #include "tests/support/config_files.h"
 
-// The values of the listed nodes that are not built-in.
+// Returns the values of the listed nodes that are not built-in.
 static std::map<std::string, std::string> read_users_nodes(const std::string& file) {
   std::map<std::string, std::string> nodes;
   const test::Tree tree(kCfgRead, file);
@@ -30,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   test::write_file(files.device_tree(), texts[1]);
   const auto before = read_users_nodes(files.device_tree());
   const int result = devcfg_check_builtin();
-  fuzz::require(test::read_file(files.builtin_list()) == texts[0], "the list is only read");
+  fuzz::require(test::read_file(files.builtin_list()) == texts[0],
+                "the built-in list is only read");
   auto after = read_users_nodes(files.device_tree());
   for (const auto& [name, values] : before) {
     fuzz::require(after[name] == values, "the user's nodes stay as they are");

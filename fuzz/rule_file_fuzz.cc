@@ -1,11 +1,11 @@
-// The rule file as bytes of a file, and its rules on texts, against a search by the letter.
+// The rule file as bytes of a file, and its rules applied to texts, against a plain search.
 // Input: the file, then a text.
 #include <algorithm>
 
 #include "fuzz/fuzz.h"
 #include "tests/support/config_files.h"
 
-// The result for the first device.
+// Returns the result for the first device.
 static int match_plainly(const std::string& text, char* output, std::size_t size,
                          const std::vector<dev_filter>& devices) {
   for (const filter& entry : devices[0].filter_list) {
@@ -35,7 +35,7 @@ static void match(std::string text, std::size_t size, const std::vector<dev_filt
   fuzz::require(devcfg_match_filters(text.c_str(), output.data(), static_cast<int>(size),
                                      devices[0].device_id, devices) == result,
                 "the first rule that applies decides");
-  fuzz::require(output == expected, "no more is written");
+  fuzz::require(output == expected, "the output is that of the plain search");
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -43,7 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto texts = fuzz::texts_of(data, size, 2);
   test::write_file(files.rule_file(), texts[0]);
   std::vector<dev_filter> devices(1);
-  fuzz::require(devcfg_get_filter_rules_list(devices) == 0 || devices.empty(), "none if refused");
+  fuzz::require(devcfg_get_filter_rules_list(devices) == 0 || devices.empty(),
+                "a refused file gives no devices");
   if (!devices.empty()) {
     match(texts[1].c_str(), 8, devices);
     const std::vector<rule> rules = devices[0].filter_list.at(0).rule_list;

@@ -1,4 +1,4 @@
-// Channel and filter lists as JSON through the vault: what is stored is what the lists say.
+// Channel and filter lists as JSON: the vault stores what the lists contain.
 // Input: a channel list, a filter list, a name and a description, as JSON.
 #include <json-c/json.h>
 
@@ -11,7 +11,8 @@
 using Json = std::unique_ptr<json_object, decltype(&json_object_put)>;
 using Texts = std::vector<std::string>;
 
-// For each object of a list its values in one text: numbers, and texts up to the first NUL.
+// Returns, for each object of a list, its values in one string: numbers, and strings up to the
+// first NUL.
 static Texts entries_of(json_object* list, const Texts& keys) {
   Texts entries(list != nullptr ? json_object_array_length(list) : 0);
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -28,7 +29,7 @@ static Texts entries_of(json_object* list, const Texts& keys) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const test::TempVault folder;
+  static const test::TempVault vault;
   std::vector<Json> json;
   for (const std::string& text : fuzz::texts_of(data, size, 4)) {
     json.emplace_back(json_tokener_parse(text.c_str()), json_object_put);
@@ -45,10 +46,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool has_filters = devcfg_modify_filter(id, json[1].get()) == 0;
   const Json shown(devcfg_get_device(id, nullptr), json_object_put);
   json_object* all = json_object_object_get(shown.get(), "vault_list");
-  const auto compare = [&](const char* stored, json_object* said, const Texts& keys) {
-    json_object* vault = json_object_array_get_idx(all, 0);
-    fuzz::require(entries_of(json_object_object_get(vault, stored), keys) == entries_of(said, keys),
-                  "what is stored is what the list says");
+  const auto compare = [&](const char* stored, json_object* given, const Texts& keys) {
+    json_object* data_source = json_object_array_get_idx(all, 0);
+    fuzz::require(
+        entries_of(json_object_object_get(data_source, stored), keys) == entries_of(given, keys),
+        "the vault stores what the list contains");
   };
   compare("channel_guid_list", code == 0 ? list : nullptr, {"guid", "channel_index", "name"});
   compare("filter", has_filters ? json[1].get() : nullptr, {"type", "target", "result", "name"});

@@ -7,8 +7,8 @@
 #include "foundation/identifiers.h"
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
-#include "vault/internal/channel_list.h"
 #include "platform/vault_database.h"
+#include "vault/internal/channel_list.h"
 #include "vault/internal/vault_connection.h"
 
 namespace {
@@ -25,7 +25,7 @@ void fill_empty_id(char* vault_id) {
   }
 }
 
-// `all` is in ascending order of index.
+// Returns the first position of the vault list that is free. `all` is in ascending order of index.
 int first_free_index(const std::vector<DataSource>& all) {
   int index = 0;
   while (index < static_cast<int>(all.size()) &&
@@ -35,7 +35,7 @@ int first_free_index(const std::vector<DataSource>& all) {
   return index;
 }
 
-// Stores the data source at the first free index; its own `index` is not looked at.
+// Stores the data source at the first free index; its own `index` is ignored.
 int store_data_source(const Vault& vault, DataSource data_source) {
   std::vector<DataSource> found;
   vault->query_data_source(data_source.vault_id, "", found);

@@ -1,4 +1,4 @@
-// The records and classes of the vault database, under the path by which programs know them.
+// The records and classes of the vault database, under the path that programs include.
 #pragma once
 
 #include "platform/vault_database.h"

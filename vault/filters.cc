@@ -1,15 +1,13 @@
 #include "vault/filters.h"
 
-#include <json-c/json.h>
-
-#include <optional>
+#include <algorithm>
 #include <string>
 #include <vector>
 
+#include "base/json_fields.h"
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
 #include "platform/vault_database.h"
-#include "base/json_fields.h"
 #include "vault/internal/vault_connection.h"
 
 namespace {
@@ -26,20 +24,17 @@ Filter read_filter(json_object* entry, const std::string& vault_id) {
   return filter;
 }
 
-// Nothing when the list is no array of objects.
-std::optional<std::vector<Filter>> read_filter_list(json_object* filter_list,
-                                                    const std::string& vault_id) {
-  if (!json_object_is_type(filter_list, json_type_array)) {
-    return std::nullopt;
+bool is_array_of_objects(json_object* list) {
+  if (!base::is_array(list)) {
+    return false;
   }
+  const std::vector<json_object*> entries = base::entries(list);
+  return std::all_of(entries.begin(), entries.end(), base::is_object);
+}
+
+std::vector<Filter> read_filter_list(json_object* filter_list, const std::string& vault_id) {
   std::vector<Filter> filters;
-  const std::size_t length = json_object_array_length(filter_list);
-  filters.reserve(length);
-  for (std::size_t i = 0; i < length; ++i) {
-    json_object* entry = json_object_array_get_idx(filter_list, i);
-    if (!json_object_is_type(entry, json_type_object)) {
-      return std::nullopt;
-    }
+  for (json_object* entry : base::entries(filter_list)) {
     filters.push_back(read_filter(entry, vault_id));
   }
   return filters;
@@ -53,15 +48,15 @@ int devcfg_modify_filter(char* vault_id, json_object* filter_list) {
                      vault_id != nullptr ? vault_id : "(null)");
     return kDevcfgVaultIdMissing;
   }
-  const auto filters = read_filter_list(filter_list, vault_id);
-  if (!filters) {
+  if (!is_array_of_objects(filter_list)) {
     orvane_log_debug("[devcfg](%s:%d) filter list of %s is not an array of objects", __func__,
                      __LINE__, vault_id);
     return kDevcfgFailed;
   }
+  const std::vector<Filter> filters = read_filter_list(filter_list, vault_id);
   const orvaneip::VaultConnection<CDataSource> vault;
   vault->remove_filter_by_vault_id(vault_id);
-  for (const Filter& filter : *filters) {
+  for (const Filter& filter : filters) {
     vault->insert_filter(filter);
   }
   return kDevcfgOk;

@@ -22,8 +22,8 @@ using metadata_vault::DataSource;
 using metadata_vault::Filter;
 using StatusBuilder = json_object* (*)(std::int64_t last_recv_time);
 
-// Objects are null when memory is exhausted; what was to be part of such an object is released with
-// it. Nothing here throws, so that no object is lost on the way.
+// An object is null when memory is exhausted; its parts are released then. Nothing that builds
+// objects throws, so that none is lost.
 json_object* new_string(std::string_view text) {
   return json_object_new_string_len(text.data(), static_cast<int>(text.size()));
 }
@@ -34,10 +34,10 @@ json_object* new_decimal(std::int64_t number) {
   return new_string({digits, static_cast<std::size_t>(end - digits)});
 }
 
-// Takes `part` into `whole`, unless one of them is null: then both are released.
-template <typename Join>
-void join(json_object*& whole, json_object* part, Join into_whole) {
-  if (whole == nullptr || part == nullptr || into_whole() != 0) {
+// Makes `part` a part of `whole`; releases both when one of them is null.
+template <typename Attach>
+void attach(json_object*& whole, json_object* part, Attach attach_to_whole) {
+  if (whole == nullptr || part == nullptr || attach_to_whole() != 0) {
     json_object_put(part);
     json_object_put(whole);
     whole = nullptr;
@@ -46,7 +46,7 @@ void join(json_object*& whole, json_object* part, Join into_whole) {
 
 // The key is a literal and new in its object, so json-c need neither copy it nor look it up.
 void add(json_object*& object, const char* key, json_object* value) {
-  join(object, value, [=] {
+  attach(object, value, [=] {
     return json_object_object_add_ex(object, key, value,
                                      JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_ADD_CONSTANT_KEY);
   });
@@ -64,7 +64,7 @@ json_object* local_date(std::int64_t time_ms) {
   std::tm local{};
   tzset();
   char text[128] = {};
-  localtime_r(&seconds, &local);  // no count of milliseconds leads beyond the years of a calendar
+  localtime_r(&seconds, &local);  // never fails: the year of any 64-bit milliseconds fits an int
   std::strftime(text, sizeof(text), "%Y-%m-%d %X", &local);
   return new_string(text);
 }
@@ -107,7 +107,7 @@ json_object* channel_object(const Channel& channel) {
 }
 
 void append(json_object*& array, json_object* entry) {
-  join(array, entry, [=] { return json_object_array_add(array, entry); });
+  attach(array, entry, [=] { return json_object_array_add(array, entry); });
 }
 
 template <typename Record>
@@ -133,7 +133,7 @@ json_object* vault_object(const DataSource& data_source, StatusBuilder build_sta
   return object;
 }
 
-// Every data source whose identifier is `vault_id`; all of them when it is empty.
+// Returns the document of the data sources with this identifier; of all when it is empty.
 json_object* vault_document(const std::string& vault_id, StatusBuilder build_status) {
   const orvaneip::VaultConnection<CDataSource> vault;
   std::vector<DataSource> found;
@@ -153,7 +153,7 @@ void report(int* error_code, int result) {
   }
 }
 
-json_object* finished(json_object* document, int* error_code) {
+json_object* with_result(json_object* document, int* error_code) {
   report(error_code, document != nullptr ? kDevcfgOk : kDevcfgFailed);
   return document;
 }
@@ -167,10 +167,10 @@ json_object* devcfg_get_device(char* vault_id, int* error_code) {
     report(error_code, kDevcfgDeviceIdMissing);
     return nullptr;
   }
-  return finished(vault_document(vault_id, receive_time), error_code);
+  return with_result(vault_document(vault_id, receive_time), error_code);
 }
 
 json_object* devcfg_get_all_device(int* error_code, char* /*ignored_text_1*/,
                                    char* /*ignored_text_2*/, char* /*ignored_text_3*/) {
-  return finished(vault_document("", receive_date), error_code);
+  return with_result(vault_document("", receive_date), error_code);
 }

@@ -1,12 +1,12 @@
-// Does a data source exist?
+// Checking whether a data source exists.
 #pragma once
 
 #include "platform/export.h"
 
-// Both count the data sources that match exactly, without trimming or case folding, and return 0.
-// An empty text matches every data source. The count is written only when it is at least 1: set it
-// to 0 before the call. -1, with the count untouched, when an argument is null; a database that
-// cannot be read counts as no match.
+// Both count the data sources that match exactly, without trimming or case folding; an empty
+// argument matches all of them. The count is written only when it is at least 1: set it to 0 before
+// the call. They return 0, or -1 when an argument is null; a database that cannot be read counts as
+// no match.
 
 ORVANEIP_API int devcfg_check_vault_exist(char* vault_id, int* match_count);
 

@@ -21,7 +21,7 @@ int remove_stored(const char* metadata_id) {
   return vault->remove_metadata(metadata_id);
 }
 
-void fill(char* buffer, std::size_t size_bytes, std::string_view text) {
+void fill_buffer(char* buffer, std::size_t size_bytes, std::string_view text) {
   if (buffer != nullptr) {
     std::fill(std::copy(text.begin(), text.end(), buffer), buffer + size_bytes, '\0');
   }
@@ -33,7 +33,7 @@ int metadata_remove(char* metadata_id, char* /*ignored_text*/, char* vault_id, c
   if (const int status = remove_stored(metadata_id); status != kDevcfgOk) {
     orvane_log_debug("[libzelip](%s:%d) Remove data failed: %d", __func__, __LINE__, status);
   }
-  fill(vault_id, kRemovedVaultIdBytes, kBookmarkVaultId);
-  fill(data_type, kRemovedDataTypeBytes, kBookmarkType);
+  fill_buffer(vault_id, kRemovedVaultIdBytes, kBookmarkVaultId);
+  fill_buffer(data_type, kRemovedDataTypeBytes, kBookmarkType);
   return kDevcfgOk;
 }

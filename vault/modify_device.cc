@@ -5,13 +5,13 @@
 #include <cstring>
 #include <string>
 
+#include "base/json_fields.h"
 #include "foundation/result_codes.h"
 #include "platform/log_sinks.h"
-#include "vault/internal/channel_list.h"
 #include "platform/vault_database.h"
-#include "base/json_fields.h"
-#include "vault/lookups.h"
+#include "vault/internal/channel_list.h"
 #include "vault/internal/vault_connection.h"
+#include "vault/lookups.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ constexpr char kModify[] = "devcfg_modify_device";
 
 bool is_missing(const char* vault_id) { return vault_id == nullptr || *vault_id == '\0'; }
 
-// Fills the whole buffer: the text, cut to leave room for a terminator, then zeros.
+// Fills the whole buffer with the text, cut to leave room for a terminator, and zeros.
 void copy_to_buffer(const std::string& text, char* buffer, std::size_t size_bytes) {
   if (buffer != nullptr) {
     std::strncpy(buffer, text.c_str(), size_bytes - 1);
@@ -35,7 +35,7 @@ void copy_old_texts(const DataSource& current, char* old_vault_name, char* old_d
   copy_to_buffer(current.description, old_description, kDescriptionBytes);
 }
 
-// The record that an update stores: the current one without its lists and its key.
+// Returns the record that an update stores: the current one without its lists and its record_id.
 DataSource update_record(const DataSource& current) {
   DataSource record;
   record.vault_id = current.vault_id;

@@ -8,8 +8,8 @@
 
 struct json_object;
 
-// Sizes of the buffers that receive the name and the description of a data source: up to 64 and 512
-// bytes of text and the terminator. A longer text is cut. Never written past these sizes.
+// Sizes in bytes, terminator included, of the buffers that receive the name and the description of
+// a data source. A longer text is cut to fit.
 inline constexpr std::size_t kVaultNameBytes = 65;
 inline constexpr std::size_t kDescriptionBytes = 513;
 
@@ -17,21 +17,20 @@ inline constexpr std::size_t kDescriptionBytes = 513;
 // enabled state, channel list. An edit whose argument is null is not made.
 //
 // `vault_id`: the data source.
-// `vault_name`, `description`: the new texts, as json_object_get_string gives them. An empty name
-//   is no edit, and then the description is not looked at either; a name without a description
-//   clears the stored one.
+// `vault_name`, `description`: the new values, as json_object_get_string returns them. With an
+//   empty name neither is changed; a name without a description clears the stored description.
 // `channel_list`: a JSON array as for devcfg_add_device; it replaces all channels. Each channel is
-//   stored by itself: a process killed on the way leaves those stored so far; call again.
-// `enable`: the new state, in json-c's boolean reading.
-// `old_vault_name` (kVaultNameBytes) and `old_description` (kDescriptionBytes): receive the texts
-//   from before the change, whatever becomes of the edits; either may be null.
+//   stored by itself: a process killed during the call leaves those stored so far; call again.
+// `enable`: the new state, as json-c reads a boolean.
+// `old_vault_name` (kVaultNameBytes) and `old_description` (kDescriptionBytes): buffers for the
+//   values before the change, filled whether or not the edits succeed; either may be null.
 // `channel_indexes`: the "channel_index" of each stored channel is appended, in list order.
 //
 // Returns 0; kDevcfgVaultIdMissing when `vault_id` is null or empty; -1 when there is no such data
-// source (buffers untouched); kDevcfgNameTaken when another data source has the new name (nothing
-// is edited); or the status of check_channel_list_valid (the edits before it are stored, the
-// channels stay as they were). A change that the database cannot store is logged there and not
-// reported here. All arguments stay the caller's; those named ignored_ are not looked at.
+// source (buffers unchanged); kDevcfgNameTaken when another data source has the new name (nothing
+// is edited); or the status of check_channel_list_valid (the earlier edits are stored, the channels
+// unchanged). A change that the database cannot store is logged there and not reported here.
+// Arguments named ignored_ are not read.
 ORVANEIP_API int devcfg_modify_device(char* vault_id, json_object* ignored_object_1,
                                       json_object* vault_name, json_object* description,
                                       json_object* ignored_object_2, json_object* ignored_object_3,
@@ -39,8 +38,8 @@ ORVANEIP_API int devcfg_modify_device(char* vault_id, json_object* ignored_objec
                                       json_object* enable, char* old_vault_name,
                                       char* old_description, std::vector<int>& channel_indexes);
 
-// Removes a data source. `old_vault_name` and `old_description` receive its texts, as above. Its
-// stored metadata and its device node stay; the embedded database removes its channels and filters
-// with it. Always returns 0; a null, empty or unknown `vault_id` changes nothing, the buffers
-// included (devcfg_check_vault_exist tells beforehand).
+// Removes a data source. `old_vault_name` and `old_description` receive its name and description,
+// as above. Its stored metadata and its device node stay; the embedded database removes its
+// channels and filters with it. Always returns 0; a null, empty or unknown `vault_id` changes
+// nothing, the buffers included (devcfg_check_vault_exist reports whether it exists).
 ORVANEIP_API int devcfg_remove_device(char* vault_id, char* old_vault_name, char* old_description);

@@ -1,11 +1,10 @@
-// What brings a device tree into line with a built-in list. Only reads, and logs what is to be
-// done.
+// Planning the changes that make a device tree match a built-in list. Nothing is stored here.
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "devtree/builtin_devices.h"
+#include "devtree/internal/builtin_files.h"
 
 namespace orvaneip {
 
@@ -14,11 +13,7 @@ struct BuiltinPlan {
   std::string node_list;  // as it is to be stored
 };
 
-// The trees are open handles.
-BuiltinPlan plan_builtin(void* builtin_list, void* device_tree);
-
-// The value of an entry as a node gets it: cut to 1,023 bytes or, where that would split a
-// character of UTF-8, up to 3 fewer; "NULL" when it is absent.
-std::string entry_value(void* builtin_list, int entry, const char* key);
+// Returns the changes, and logs each. The files are open.
+BuiltinPlan plan_builtin(const BuiltinList& builtin_list, const DeviceTree& device_tree);
 
 }  // namespace orvaneip

@@ -10,7 +10,7 @@ namespace orvaneip {
 class ConfigFile {
  public:
   ConfigFile(TCfgMode mode, const char* path) : mode_(mode), handle_(xmlcfg_open(mode, path)) {}
-  // Changes that close() has not saved are dropped: they may be half of what was to be done.
+  // Drops changes that close() has not saved: they may be incomplete.
   ~ConfigFile() { close(mode_ == kCfgRead); }
   ConfigFile(const ConfigFile&) = delete;
   ConfigFile& operator=(const ConfigFile&) = delete;
@@ -18,7 +18,7 @@ class ConfigFile {
   bool is_open() const { return handle_ != nullptr; }
   void* handle() const { return handle_; }
 
-  // Saves what was changed. False when that failed.
+  // Saves the changes. Returns false when that failed.
   bool close() { return close(true); }
 
  private:

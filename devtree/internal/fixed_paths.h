@@ -1,4 +1,4 @@
-// Where the files of the device tree lie.
+// The paths of the device tree's files.
 #pragma once
 
 namespace orvaneip {

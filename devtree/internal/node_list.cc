@@ -23,7 +23,7 @@ std::optional<int> node_number(std::string_view name) {
   return error == std::errc() && number >= 0 ? std::optional(number) : std::nullopt;
 }
 
-std::vector<char*> cut_names(char* list) {
+std::vector<char*> split_in_place(char* list) {
   std::vector<char*> names;
   char* rest = nullptr;
   for (char* name = strtok_r(list, ",", &rest); name != nullptr;

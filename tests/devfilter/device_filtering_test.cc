@@ -8,8 +8,8 @@
 
 namespace {
 
-// The records in short: "DEVICE(FILTER:ENABLE RULE:TYPE:ENABLE ...)...".
-std::string shown(const std::vector<dev_filter>& devices) {
+// Returns the records as "DEVICE(FILTER:ENABLE RULE:TYPE:ENABLE ...)...".
+std::string summary(const std::vector<dev_filter>& devices) {
   std::ostringstream text;
   for (const dev_filter& device : devices) {
     text << device.device_id;
@@ -24,7 +24,7 @@ std::string shown(const std::vector<dev_filter>& devices) {
   return text.str();
 }
 
-// In one line, without the tags and the root before the path.
+// Returns the log in one line, without the tags and the root before the path.
 std::string log_line() {
   std::string text;
   for (const std::string& line : test::take_debug_log()) {
@@ -35,7 +35,7 @@ std::string log_line() {
 
 }  // namespace
 
-TEST(DoFiltering, TakesTheFirstDeviceInWhateverLettersAndTellsWhatIsPassedOver) {
+TEST(DoFiltering, UsesTheFirstDeviceIgnoringCaseAndLogsWhatItSkips) {
   const rule recognise = {"R", 1, 1, "A", ""}, replace = {"R", 0, 1, "A", "xyz"};
   const std::vector<dev_filter> devices = {
       {"other", {{"F", 1, {replace}}}},
@@ -69,6 +69,24 @@ TEST(DoFiltering, TakesTheFirstDeviceInWhateverLettersAndTellsWhatIsPassedOver) 
   }
 }
 
+TEST(DoFiltering, ReadsFieldsWithoutTerminatorUpToTheirSize) {
+  std::vector<dev_filter> devices = {{"", {{"", 1, {{"", 0, 1, "", ""}}}}}};
+  rule& full = devices[0].filter_list[0].rule_list[0];
+  std::memset(devices[0].device_id, 'X', kFilterDeviceIdBytes);
+  std::memset(full.target, 't', kRuleTextBytes);
+  std::memset(full.result, 'r', kRuleTextBytes);
+  const std::string id(kFilterDeviceIdBytes, 'x'), text(kRuleTextBytes, 't');
+  std::string output(kRuleTextBytes + 2, '#');
+  const auto match = [&](const std::string& input, const std::string& device_id) {
+    return devcfg_match_filters(input.c_str(), output.data(), static_cast<int>(output.size()),
+                                device_id.c_str(), devices);
+  };
+  EXPECT_EQ(match(text, id), 1);
+  EXPECT_EQ(output.c_str(), std::string(kRuleTextBytes, 'r'));
+  EXPECT_EQ(match(text + "t", id) + match(text, id + "x"), 0);
+  EXPECT_EQ(test::take_debug_log().size(), 1U) << "the unknown device";
+}
+
 TEST(RuleFile, Table) {
   const std::string kNoFile = "open /etc/config/kfilter.xml fail";
   const std::tuple<std::string, std::string, std::string> kRows[] = {
@@ -82,7 +100,7 @@ TEST(RuleFile, Table) {
        "(:0)(F:-3 R:2:1 :-1:9 R:2:1)D(:0)D(:0)",
        "DevNode=[e] Has 2 filters; DevNode=[d] Has 1 filters; DevNode=[d] Has 1 filters"},
       // Cut before the last f.
-      {"device_node_list=d;d/filter_node_list=f, b," + std::string(503, 'g') +
+      {"device_node_list=d;d/filter_node_list=f, b," + std::string(kFilterListBytes - 9, 'g') +
            ",f,f;d/f/name=F;d/b/name=not this one",
        "(F:0)(:0)(:0)(F:0)", "DevNode=[d] Has 4 filters"}};
   const test::ConfigFiles files;
@@ -102,7 +120,7 @@ TEST(RuleFile, Table) {
     test::write_tree(files.rule_file(), "filter", values);
     devices.resize(3);
     EXPECT_EQ(devcfg_get_filter_rules_list(devices), 0);
-    EXPECT_EQ(shown(devices), records);
+    EXPECT_EQ(summary(devices), records);
     EXPECT_EQ(log_line(), log);
     devcfg_free_filter_rules_list(devices);
     EXPECT_TRUE(devices.empty() && log_line() == "devcfg_free_filter_rules_list() free list");
@@ -120,12 +138,12 @@ TEST(RuleFile, TextsRoundTripAndAreCutToTheirFields) {
     std::vector<dev_filter> devices;
     ASSERT_EQ(devcfg_get_filter_rules_list(devices), 0);
     const filter& read = devices.at(0).filter_list.at(0);
-    EXPECT_EQ(devices[0].device_id, text.substr(0, 255));
-    EXPECT_EQ(read.name, text.substr(0, 255));
+    EXPECT_EQ(devices[0].device_id, text.substr(0, kFilterDeviceIdBytes - 1));
+    EXPECT_EQ(read.name, text.substr(0, kFilterNameBytes - 1));
     rule expected{"", -1, 0, "", ""};
-    text.copy(expected.name, 255);
-    text.copy(expected.target, 4095);
-    text.copy(expected.result, 4095);
+    text.copy(expected.name, kRuleNameBytes - 1);
+    text.copy(expected.target, kRuleTextBytes - 1);
+    text.copy(expected.result, kRuleTextBytes - 1);
     EXPECT_EQ(std::memcmp(&read.rule_list.at(0), &expected, sizeof(rule)), 0);
   }
 }

@@ -9,7 +9,7 @@ namespace {
 
 using test::ConfigFiles;
 
-// The first names, with a comma between two.
+// Returns the first names, joined by commas.
 std::string names(int count) {
   std::string list;
   for (int i = 0; i < count; ++i) {
@@ -18,7 +18,7 @@ std::string names(int count) {
   return list;
 }
 
-// Entries with the keys that are listed.
+// Writes a built-in list with an entry for each of the listed keys.
 void write_entries(const ConfigFiles& files, const std::string& list) {
   const auto keys = split(list, ',');
   std::string text = "no=" + std::to_string(keys.size());
@@ -39,7 +39,7 @@ void expect_second_run_changes_nothing(const ConfigFiles& files, int result = 0)
   EXPECT_EQ(test::read_file(files.device_tree()), tree);
 }
 
-// In one line, without the tags.
+// Returns the log in one line, without the tags.
 std::string log_line() {
   std::string log;
   for (const std::string& line : test::take_product_log()) {
@@ -55,7 +55,7 @@ TEST(CheckBuiltin, Table) {
   const std::string add = "builtin_0 need to add", remove = "device_001 need to remove";
   const std::string used = "; used device node = device_00";
   const std::tuple<std::string, std::string, std::string, std::string> kRows[] = {
-      // the keys, the list of nodes and what else is there, the list that comes of it, the messages
+      // the keys, the node list and other values, the node list afterwards, the messages
       {"A", "-", "device_000", add},
       {"", "-", "NULL", ""},
       {"", ",,device_001,,device_002,", "device_001,device_002", ""},
@@ -71,8 +71,8 @@ TEST(CheckBuiltin, Table) {
   for (const auto& [keys, nodes, list, log] : kRows) {
     const ConfigFiles files;
     write_entries(files, keys);
-    const std::string there = nodes == "-" ? "other=" : "device_node_list=" + nodes;
-    test::write_tree(files.device_tree(), "device", there);
+    const std::string values = nodes == "-" ? "other=" : "device_node_list=" + nodes;
+    test::write_tree(files.device_tree(), "device", values);
     EXPECT_EQ(devcfg_check_builtin(), 0);
     EXPECT_EQ(log_line(), log);
     EXPECT_EQ(value_at(files, "device_node_list"), list);
@@ -100,7 +100,7 @@ TEST(CheckBuiltin, CopiesTheNineValuesAndEnables) {
   EXPECT_EQ(copied, "I|A|Yes|\r\n|" + b + "€| <&>\"'|" + p + "||NULL|true|(none)|");
 }
 
-TEST(CheckBuiltin, AFileThatCannotBeOpenedOrTakesNoNodesStopsIt) {
+TEST(CheckBuiltin, FailsWhenAFileCannotBeOpenedOrStored) {
   const ConfigFiles files;
   EXPECT_EQ(devcfg_check_builtin(), -1);
   EXPECT_TRUE(log_line().ends_with("; Builtin XML file opened failed"));
@@ -115,7 +115,8 @@ TEST(CheckBuiltin, AFileThatCannotBeOpenedOrTakesNoNodesStopsIt) {
   }
 }
 
-// So many nodes of the user, after this item, and so many entries. The list outgrows 1,024 bytes.
+// The first item, the user's nodes, the entries, the nodes afterwards, the result. The list exceeds
+// 1,024 bytes.
 TEST(CheckBuiltin, Limits) {
   using Row = std::tuple<std::string, int, int, int, int>;
   for (const auto& [item, users, entries, stored, result] :

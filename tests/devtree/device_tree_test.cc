@@ -6,10 +6,12 @@
 
 using test::Tree;
 
-static std::string asked, refused;
+// The events that the event service was asked to remove, each with a semicolon, and the one that it
+// refuses.
+static std::string requested, refused;
 
 int aevt_remove_event(std::string event_id) {
-  asked += event_id + ";";
+  requested += event_id + ";";
   return event_id == refused ? 0 : 7;
 }
 
@@ -28,7 +30,7 @@ TEST(FindDevice, Table) {
       {"a_,a_b,a_-1;a_/device_id=X;a_b/device_id=X;a_-1/device_id=X", "X", -1},
       {"a_99999999999;a_99999999999/device_id=X", "X", -1},
       {"device_1000;device_1000/device_id= \r\n<&>\"'", " \r\n<&>\"'", 1000},
-      {"a_1;a_1/device_id=" + std::string(200, 'i'), std::string(127, 'i'), 1},
+      {"a_1;a_1/device_id=" + std::string(200, 'i'), std::string(kDeviceTextBytes - 1, 'i'), 1},
   };
   const test::ConfigFiles files;
   std::string other = "gateway";
@@ -45,7 +47,7 @@ TEST(FindDevice, Table) {
 }
 
 TEST(AddDeviceNode, AppendsWhatFits) {
-  const std::string room_for_one(4095 - 11, 'x'), no_room(4095 - 10, 'x');
+  const std::string room_for_one(kNodeListBytes - 12, 'x'), no_room(kNodeListBytes - 11, 'x');
   const std::tuple<std::string, int, std::string> kRows[] = {
       {"", 5, "device_005"},
       {"NULL", 5, "device_005"},
@@ -54,27 +56,27 @@ TEST(AddDeviceNode, AppendsWhatFits) {
       {room_for_one, 7, room_for_one + ",device_007"},
       {no_room, 7, no_room},
       {no_room + no_room, 7, no_room + no_room}};
-  const test::TempDirectory folder;
+  const test::TempDirectory directory;
   std::string top = "gateway";
   for (const auto& [list, number, after] : kRows) {
     const std::string values = "device_node_list=" + list;
-    const Tree tree(kCfgChange, test::write_tree(folder.file("a"), top, values));
+    const Tree tree(kCfgChange, test::write_tree(directory.file("a"), top, values));
     EXPECT_TRUE(add_device_node(tree.handle(), number, top.data()));
     EXPECT_EQ(tree.value({top, "device_node_list"}), after);
     EXPECT_EQ(test::take_product_log().size(), list == after ? 1U : 0U);
   }
 }
 
-// Each text at its place in the record, whatever its bytes, cut to its size; all else is zero.
-TEST(GetDevice, EveryValueRoundTripsAndTrueAloneEnables) {
-  const char* const kFields =  // the place, the size and the path of each
+// Each text is at its offset in the record, whatever its bytes, cut to its size; the rest is zero.
+TEST(GetDevice, EveryValueRoundTripsAndOnlyTrueEnables) {
+  const char* const kFields =  // the offset, the size and the path of each
       "4 128 device_id 132 128 type 260 128 brand 388 128 device_name 516 128 plugin 644 128 "
       "install_path 773 128 description 901 128 src_property_list/conn/type "
       "1029 128 src_property_list/conn/lan/ip 1157 6 src_property_list/conn/lan/port "
       "1163 5 src_property_list/conn/com/com 1168 32 src_property_list/conn/com/baudrate "
       "1200 128 src_property_list/id 1328 128 src_property_list/pwd "
       "1456 128 src_property_list/binding/recording_cam";
-  const test::TempDirectory folder;
+  const test::TempDirectory directory;
   TDeviceInfo info;
   for (const std::string& text :
        {std::string(), {" "}, {"\r\n"}, {"<&>\"'"}, std::string(4000, 'x')}) {
@@ -86,25 +88,25 @@ TEST(GetDevice, EveryValueRoundTripsAndTrueAloneEnables) {
       value.copy(&expected[offset], size - 1);
       values.append(";").append(path).append("=").append(value);
     }
-    const Tree tree(kCfgRead, test::write_tree(folder.file("a"), "device/device_007", values));
+    const Tree tree(kCfgRead, test::write_tree(directory.file("a"), "device/device_007", values));
     std::memset(&info, 0x5A, sizeof(info));
     ASSERT_TRUE(get_device(tree.handle(), 7, &info)) << text;
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info), sizeof(info)), expected);
   }
   for (const std::string text : {"true", "TRUE", "yes", "1", "true ", "trueish", "false", ""}) {
     const std::string values = "type=till;enable=" + text;
-    const Tree tree(kCfgRead, test::write_tree(folder.file("a"), "device/device_003", values));
+    const Tree tree(kCfgRead, test::write_tree(directory.file("a"), "device/device_003", values));
     EXPECT_FALSE(get_device(tree.handle(), 3, &info)) << "it has no identifier";
     EXPECT_EQ(info.enable, text == "true") << text;
   }
 }
 
 TEST(FindTerminalNode, Table) {
-  const test::TempDirectory folder;
-  const Tree tree(kCfgRead, test::write_tree(folder.file("terminals.xml"), "terminal",
+  const test::TempDirectory directory;
+  const Tree tree(kCfgRead, test::write_tree(directory.file("terminals.xml"), "terminal",
                                              "t_1/device_id=X;t_2/device_id=X"));
   std::string many;
-  for (int i = 0; i < 127; ++i) {
+  for (int i = 1; i < kMaxDeviceNodes; ++i) {
     many += "a,";
   }
   const std::tuple<std::string, std::string, std::size_t> kRows[] = {
@@ -126,24 +128,24 @@ TEST(RemoveEvents, Table) {
       {"terminal_node_list=t1,t2;t2/event_node_list=e1,e2;t2/e1/evt_id=id 1;t2/e2/evt_id=" +
            std::string(200, 'i'),
        "",
-       "id 1;" + std::string(127, 'i') + ";",
+       "id 1;" + std::string(kEventIdBytes - 1, 'i') + ";",
        {"[remove_event_in_table] no active event in terminal:t1"}},
-      // All are asked for, whatever fails, an event without an id and an item without a name too.
+      // All are visited after a failure, also an event without an id and an item without a name.
       {"terminal_node_list=t1,t2,;t1/event_node_list=e1,e2;t1/e1/evt_id=1;t1/e2/evt_id=2;"
        "t2/event_node_list=e1,,e3,;t2/e3/evt_id=3",
        "NULL",
        "1;2;NULL;NULL;3;",
        {failure + "NULL", failure + "NULL"}},
   };
-  const test::TempDirectory folder;
+  const test::TempDirectory directory;
   char device[] = "device_001";
-  for (const auto& [values, refused_id, asked_for, log] : kRows) {
-    const Tree tree(kCfgRead, test::write_tree(folder.file("events.xml"),
+  for (const auto& [values, refused_id, expected, log] : kRows) {
+    const Tree tree(kCfgRead, test::write_tree(directory.file("events.xml"),
                                                "device_event_root/device_001", values));
-    asked.clear();
+    requested.clear();
     refused = refused_id;
     EXPECT_EQ(remove_event_in_table(tree.handle(), device), refused.empty());
-    EXPECT_EQ(asked, asked_for);
+    EXPECT_EQ(requested, expected);
     EXPECT_EQ(test::take_product_log(), log);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "devtree/internal/fixed_paths.h"
 #include "tests/support/config_files.h"
 #include "tests/support/vault_calls.h"
 
@@ -9,8 +10,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Every call that a password may pass through, accepted and refused.
-void use(char* password, const test::ConfigFiles& files) {
+// Makes every call that a password may pass through, accepted and refused.
+void make_calls(char* password, const test::ConfigFiles& files) {
   const std::string entry = R"({"channel_index":0,"type":1,"guid":"pa55-Word","name":"pa55-Word",)"
                             R"("target":"pa55-Word","result":"pa55-Word"})";
   char id[] = "a";
@@ -33,26 +34,26 @@ void use(char* password, const test::ConfigFiles& files) {
   aevt_remove_event(id);
 }
 
-TEST(Passwords, StayInFilesOfTheirOwnerAndOutOfTheLog) {
+TEST(Passwords, StayInPrivateFilesAndOutOfTheLog) {
   umask(0);
   char password[] = "pa55-Word";
   const test::TempVault vault;
   const test::ConfigFiles files;
-  const std::string fresh = ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml";
-  fs::create_directories(fs::path(fresh).parent_path());
+  const std::string created = orvaneip::kDeviceTreePath;
+  fs::create_directories(fs::path(created).parent_path());
   ASSERT_TRUE(initial_xml());
-  fs::rename(fresh, files.device_tree());
+  fs::rename(created, files.device_tree());
   test::write_tree(files.builtin_list(), "device", "no=1;builtin_0/plugin=pa55-Word");
-  use(password, files);
+  make_calls(password, files);
   EXPECT_NE(test::read_file(files.device_tree()).find(password), std::string::npos);
   for (const std::string& file : {vault.database(), vault.file("events.db"), files.device_tree()}) {
     const bool is_tree = file == files.device_tree();
-    for (const char* beside : {"", is_tree ? ".lock" : "-wal", is_tree ? "" : "-shm"}) {
-      EXPECT_EQ(fs::status(file + beside).permissions(), fs::perms(0600)) << file << beside;
+    for (const char* suffix : {"", is_tree ? ".lock" : "-wal", is_tree ? "" : "-shm"}) {
+      EXPECT_EQ(fs::status(file + suffix).permissions(), fs::perms(0600)) << file << suffix;
     }
     test::write_file(file, "<device><pwd>pa55-Word</pwd><pa55-Word");
   }
-  use(password, files);  // which cannot be opened now
+  make_calls(password, files);  // the files cannot be opened now
   const auto log = test::take_log();
   EXPECT_GT(log.size(), 20U);
   for (const std::string& line : log) {

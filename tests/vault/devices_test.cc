@@ -8,7 +8,7 @@ using test::add;
 TEST(AddDevice, TakesTheFirstFreeIndex) {
   for (const auto& [indexes, index] : std::vector<std::pair<std::vector<int>, int>>{
            {{}, 0}, {{0, 1, 3}, 2}, {{1, 2}, 0}, {{2, 0, 1}, 3}, {{2147483647}, 0}}) {
-    const test::TempVault folder;
+    const test::TempVault vault;
     for (const int stored : indexes) {
       test::OpenVault()->insert_data_source(test::data_source(std::to_string(stored), stored));
     }
@@ -17,8 +17,8 @@ TEST(AddDevice, TakesTheFirstFreeIndex) {
   }
 }
 
-TEST(AddDevice, FillsAnEmptyIdentifierAndReadsNullAsEmpty) {
-  const test::TempVault folder;
+TEST(AddDevice, FillsAnEmptyIdentifierAndTreatsNullAsEmpty) {
+  const test::TempVault vault;
   test::Buffer id(kDeviceIdBytes);
   *id.data() = '\0';
   int code = 77;
@@ -32,8 +32,8 @@ TEST(AddDevice, FillsAnEmptyIdentifierAndReadsNullAsEmpty) {
   EXPECT_FALSE(record.enable);
 }
 
-TEST(AddDevice, TextsOfAnyKindReachEveryCallWhole) {
-  const test::TempVault folder;
+TEST(AddDevice, StringsOfAnyBytesReachEveryCallWhole) {
+  const test::TempVault vault;
   for (std::string text : {std::string("it's \"quoted\"; DROP TABLE data_source; -- 100%s%n%d %"),
                            std::string("攝影機 ünïcode / \\"), std::string(10'000, 'x'),
                            std::string("\xFF\xFE\x01 broken"), std::string(" line\nfeed\ttab ")}) {
@@ -44,14 +44,14 @@ TEST(AddDevice, TextsOfAnyKindReachEveryCallWhole) {
     EXPECT_EQ(matches[0] + matches[1], 2);
     test::Buffer name(kVaultNameBytes);
     EXPECT_EQ(devcfg_remove_device(text.data(), name.data(), nullptr), 0);
-    EXPECT_EQ(name.data(), text.substr(0, 64));
+    EXPECT_EQ(name.data(), text.substr(0, kVaultNameBytes - 1));
     EXPECT_TRUE(name.guard_untouched() && test::stored().empty());
   }
 }
 
-// Two data sources: "a", which is changed, and "b", named B.
-TEST(ModifyDevice, ReadsArgumentsAsJsonMakesThoseEditsGivesTheOldTextsAndRefuses) {
-  const test::TempVault folder;
+// Two data sources: "a", which is changed, and "b", whose name is B.
+TEST(ModifyDevice, MakesTheGivenEditsAndReturnsTheOldValues) {
+  const test::TempVault vault;
   test::Buffer name(kVaultNameBytes), description(kDescriptionBytes);
   std::vector<int> indexes;
   add("a", "A");
@@ -93,7 +93,7 @@ TEST(ModifyDevice, ReadsArgumentsAsJsonMakesThoseEditsGivesTheOldTextsAndRefuses
   std::string old = "A|old";
   for (const auto& [edits, result, after] : kRows) {
     EXPECT_EQ(test::modify("a", edits, indexes, name.data(), description.data()), result) << after;
-    EXPECT_EQ(test::run_sql(folder.database(),
+    EXPECT_EQ(test::run_sql(vault.database(),
                             "SELECT vault_name || '|' || description || '|' || enable || '|' ||"
                             "(SELECT coalesce(group_concat(channel_index || name, ''), '') FROM "
                             "(SELECT * FROM channel WHERE vault_id = 'a' ORDER BY channel_index))"
@@ -101,8 +101,9 @@ TEST(ModifyDevice, ReadsArgumentsAsJsonMakesThoseEditsGivesTheOldTextsAndRefuses
                             "list_index = 0"),
               after);
     EXPECT_EQ(std::string(name.data()) + "|" + description.data(), old);
-    const auto texts = split(after, '|');
-    old = texts[0].substr(0, 64) + "|" + texts[1].substr(0, 512);
+    const auto fields = split(after, '|');
+    old =
+        fields[0].substr(0, kVaultNameBytes - 1) + "|" + fields[1].substr(0, kDescriptionBytes - 1);
   }
   EXPECT_EQ(indexes, (std::vector{7, 4, 1, 7, 4, 1}));
   EXPECT_EQ(test::stored("b").at(0).vault_name, "B");

@@ -4,7 +4,7 @@
 #include "tests/support/run_sql.h"
 #include "tests/support/vault_calls.h"
 
-TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
+TEST(ModifyFilter, ReplacesTheWholeListOrRefusesIt) {
   constexpr char kOne[] = R"([{"type":3,"target":"t","result":"r","name":"n"}])";
   const std::tuple<const char*, int, const char*> kRows[] = {
       {kOne, 0, kOne},
@@ -17,7 +17,7 @@ TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
        R"({"type":-5,"target":"7","result":"[ 1 ]","name":""}])"},
       {"[]", 0, "[]"},
   };
-  const test::TempVault folder;
+  const test::TempVault temp_vault;
   test::add("a");
   char a[] = "a", none[] = "none";
   for (const auto& [list, result, stored] : kRows) {
@@ -41,9 +41,9 @@ TEST(ModifyFilter, ReplacesTheListOrRefusesItWhole) {
 }
 
 TEST(Cameras, ChangesReachEveryDataSource) {
-  const test::TempVault folder;
-  const auto channels = [&folder] {  // of both data sources, as "index guid name" each
-    return test::run_sql(folder.database(),
+  const test::TempVault temp_vault;
+  const auto channels = [&temp_vault] {  // of both data sources, as "index guid name" each
+    return test::run_sql(temp_vault.database(),
                          "SELECT group_concat(channel_index || guid || name, ' ') FROM"
                          " (SELECT * FROM channel ORDER BY vault_id, channel_index)");
   };
@@ -66,8 +66,8 @@ TEST(Cameras, ChangesReachEveryDataSource) {
   EXPECT_EQ(channels(), "2CAMother 2CAMother");
 }
 
-TEST(ListDevices, GivesWholeDocumentsWithTheLastReceiveTime) {
-  const test::TempVault folder;
+TEST(ListDevices, ReturnsWholeDocumentsWithTheLastReceiveTime) {
+  const test::TempVault temp_vault;
   EXPECT_EQ(test::show(), R"({"vault_list":[]})");
   EXPECT_EQ(test::show("x"), R"({"vault_list":[]})");
   test::OpenVault vault;
@@ -101,8 +101,8 @@ TEST(ListDevices, GivesWholeDocumentsWithTheLastReceiveTime) {
   for (const auto& [zone, time_ms, date, server_time] : kRows) {
     setenv("TZ", zone, 1);
     const std::string time = std::to_string(time_ms);
-    test::run_sql(folder.database(), "UPDATE data_source SET last_recv_time = CAST('" + time +
-                                         "' AS INTEGER) WHERE list_index = 5");
+    test::run_sql(temp_vault.database(), "UPDATE data_source SET last_recv_time = CAST('" + time +
+                                             "' AS INTEGER) WHERE list_index = 5");
     EXPECT_NE(test::show("b").find(R"({"last_recv_time_str":")" + time + "\"},"),
               std::string::npos);
     EXPECT_EQ(test::show(), std::string(R"({"vault_list":[)") + start_of("c", "-1") +

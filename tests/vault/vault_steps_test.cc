@@ -1,5 +1,5 @@
 // The steps and messages of the vault calls, in order, on a stand-in for the vault database: this
-// program's definitions of its classes come before the platform's.
+// program's definitions of its classes take precedence over the platform's.
 
 #include <cstdarg>
 #include <functional>
@@ -19,9 +19,9 @@ constexpr int kFailure = 77;
 
 struct StandIn {
   int data_sources = 2;      // how many are stored, of those named a, b, c, ...
-  string_view refused = {};  // the operation that gives this status
+  string_view refused = {};  // the operation that returns `refusal`
   int refusal = 0;
-  int failing = 0;  // the number of the operation that fails with kFailure; 0: none
+  int failing = 0;  // the number of the operation that returns kFailure; 0: none
 
   string trace = {};     // the operations and messages; a message ends its line
   int operations = 0;    // how many there were
@@ -30,7 +30,7 @@ struct StandIn {
 };
 StandIn stand_in;
 
-// The status of the operation, which is written down.
+// Records the operation and returns its status.
 template <typename... Values>
 int operate(bool allowed, string_view name, const Values&... values) {
   std::ostringstream event;
@@ -150,7 +150,7 @@ int filter_x() {
 
 struct Call {
   int result;
-  string trace;  // with "@CODE" behind an operation whose failure gives that other result
+  string trace;  // with "@CODE" after an operation whose failure changes the result to CODE
   std::function<int()> call;
   StandIn stand_in = {};
 };
@@ -210,7 +210,7 @@ const Call kCalls[] = {
      [] { return metadata_remove(id_x, nullptr, nullptr, nullptr); }},
 };
 
-// The result of the call whose operation number `failing` fails.
+// Returns the result of the call when its operation number `failing` fails.
 int run(const Call& call, int failing) {
   stand_in = call.stand_in;
   stand_in.failing = failing;
@@ -221,7 +221,7 @@ int run(const Call& call, int failing) {
 
 }  // namespace
 
-TEST(VaultSteps, AreTakenInOrderAndGiveTheStatedResultWithEverythingReleasedWhicheverFails) {
+TEST(VaultSteps, RunInOrderAndReleaseEverythingWhicheverFails) {
   const std::regex kEnd("(@(-?\\d+))?; ");
   for (const Call& call : kCalls) {
     EXPECT_EQ(run(call, 0), call.result) << call.trace;

@@ -5,9 +5,9 @@
 
 namespace orvaneip {
 
-// `Store` is CDataSource or CMetadata. Created on the heap and opened by the constructor, closed
-// and deleted on every path. A database that cannot be opened is noticed by the operations: queries
-// find nothing, changes fail.
+// `Store` is CDataSource or CMetadata. The constructor creates it on the heap and opens it; the
+// destructor closes and deletes it. When the database cannot be opened, queries find nothing and
+// changes fail.
 template <typename Store>
 class VaultConnection {
  public:
