@@ -8,7 +8,7 @@ namespace orvaneip {
 
 // From this size in bytes on a target is searched by memmem, shorter ones by strstr, which is two
 // to four times as fast on them. The longer a periodic target, the slower strstr gets on a text
-// that is full of its period (100 times from 64 bytes to 1000); memmem takes linear time for all of
+// that is full of its period (200 times from 64 bytes to 1000); memmem takes linear time for all of
 // them.
 inline constexpr std::size_t kLongTargetBytes = 64;
 
