@@ -8,7 +8,7 @@
 
 namespace {
 
-// The position of the next start byte, or the size.
+// Returns the position of the next start byte, or the size.
 std::size_t next_start(const unsigned char* bytes, std::size_t size_bytes, std::size_t position) {
   if (position == size_bytes) {
     return size_bytes;

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "platform/log_sinks.h"
 #include "frames/internal/checksum.h"
 #include "frames/internal/frame_check.h"
+#include "platform/log_sinks.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ unsigned char log_checksum(unsigned char sum) {
   return sum;
 }
 
-// The payload's checksum and the end byte, which follow it.
+// Logs the checksum and the end byte, which follow the payload; `sum` is that of the payload.
 void log_trailer(unsigned char sum, const unsigned char* trailer) {
   constexpr char kFunction[] = "devcfg_analysis_recv_packet";
   if (sum == trailer[0]) {

@@ -1,11 +1,11 @@
-// Bytes as a payload, and as a stream that arrives in chunks, against a search by the letter.
+// Bytes as a payload, and as a stream that arrives in chunks, against a plain search.
 // Input: a byte for the longest payload, one for the size of a chunk, then the bytes.
 #include <algorithm>
 #include <numeric>
 
 #include "fuzz/fuzz.h"
 
-// The size of the whole frame that begins at `at`, or 0.
+// Returns the size of the whole frame that begins at `at`, or 0.
 static std::size_t frame_size(const unsigned char* at, std::size_t left, std::size_t longest) {
   if (left < 7 || *at != 0xF8 || at[4] >= 0x80) {
     return 0;

@@ -1,4 +1,4 @@
-// Search text by the plain steps. No text holds a NUL or a form feed.
+// Search text by the plain steps. No text contains a NUL or a form feed.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,8 @@
 
 namespace fuzz {
 
-// The trimmed text: a space and a plus sign outside the phrase are a NUL and a form feed.
+// Returns the trimmed text, with a NUL for a space and a form feed for a plus sign outside the
+// phrase.
 inline std::string read_plainly(std::string text, bool keep_lone_quote) {
   text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
   text.erase(text.find_last_not_of(' ') + 1);
@@ -47,12 +48,12 @@ inline std::string plain_regex(const std::string& input) {
       text += byte == '\0' ? "|" : ".*";
     } else {
       text += std::string(".?^|+*\\[]()$").find(byte) != std::string::npos ? "\\" : "";
-      text += byte == '|' ? '\f' : byte;  // a bar that the user typed ends no alternative
+      text += byte == '|' ? '\f' : byte;  // a bar that the user typed does not end an alternative
     }
   }
   text.erase(0, text.size() > 3 && text.starts_with(".*|") ? 3 : 0);
-  for (std::size_t place; (place = text.find("|.*|")) != std::string::npos;) {
-    text.erase(place, 3);
+  for (std::size_t middle; (middle = text.find("|.*|")) != std::string::npos;) {
+    text.erase(middle, 3);
   }
   text.resize(text.size() - (text.size() > 3 && text.ends_with("|.*") ? 3 : 0));
   std::replace(text.begin(), text.end(), '\f', '|');

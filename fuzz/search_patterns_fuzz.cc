@@ -1,5 +1,5 @@
 // Search text as LIKE patterns and as an expression, against the plain steps.
-// Input: the search text, then patterns that are held already.
+// Input: the search text, then patterns that are in the list before.
 #include <re2/re2.h>
 
 #include "fuzz/fuzz.h"
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string expression;
   check_abnormal_char_for_special_for_mongo(input.c_str(), expression);
   fuzz::require(expression == fuzz::plain_regex(input), "so is the expression");
-  // Braces pass as they are, and an engine may refuse them.
+  // Braces are not escaped, and an engine may refuse them.
   fuzz::require(input.find_first_of("{}") != std::string::npos || RE2(expression, RE2::Latin1).ok(),
                 "the expression compiles");
   return 0;

@@ -6,7 +6,7 @@
 #include "bench/literal_filter.h"
 #include "fuzz/fuzz.h"
 
-// A buffer of exactly the capacity, so that ASan sees every byte beyond.
+// Returns a buffer of exactly the capacity, so that ASan detects each byte beyond it.
 static std::unique_ptr<char[]> buffer_of(const std::string& text, std::size_t capacity) {
   auto buffer = std::make_unique<char[]>(capacity);
   std::strcpy(buffer.get(), text.c_str());

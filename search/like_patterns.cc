@@ -14,8 +14,8 @@ namespace {
 constexpr std::string_view kWildcard = "%%";
 constexpr std::string_view kQuotes = "''";
 
-// How many terms there can be: each ends at a space, or at the end.
-std::size_t most_terms(std::string_view text) {
+// Returns how many terms there are at most: each ends at a space, or at the end.
+std::size_t max_terms(std::string_view text) {
   return 1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), ' '));
 }
 
@@ -25,12 +25,12 @@ constexpr auto kSpecial = [] {
   return special;
 }();
 
-// A term is a piece of the input for as long as it is one; then it is written to a buffer, which
-// the terms use one after the other. A byte of input makes two at most.
+// A term that is equal to a piece of the input is kept as this piece; any other one is written to a
+// buffer, which all terms use in turn. A byte of input becomes at most two.
 class PatternWriter {
  public:
   PatternWriter(std::vector<std::string>& patterns, std::string_view text)
-      : patterns_(patterns, most_terms(text)),
+      : patterns_(patterns, max_terms(text)),
         buffer_(std::make_unique_for_overwrite<char[]>(2 * text.size())),
         end_(buffer_.get()) {}
 
@@ -115,9 +115,9 @@ class PatternWriter {
   }
 
   orvaneip::DistinctTerms patterns_;
-  std::string_view piece_;  // the term so far; empty when it is in the buffer, or empty
+  std::string_view piece_;  // the term so far; empty when the term is in the buffer, or is empty
   std::unique_ptr<char[]> buffer_;
-  char* end_;  // of what is written of the term
+  char* end_;  // of the written part of the term
 };
 
 }  // namespace

@@ -8,23 +8,22 @@
 #include <string_view>
 
 #include "platform/log_sinks.h"
-#include "textfilter/internal/target_search.h"
 #include "search/internal/search_text.h"
 
 namespace {
 
 constexpr const char* kName = "check_abnormal_char_for_special_for_mongo";  // in log lines
 
-// How a byte is written: the first sizes[0] of the two bytes; sizes[1] when it is the same as the
-// byte before it.
-struct Written {
+// How a byte is written: as the first sizes[0] of the two bytes, or the first sizes[1] when it is
+// equal to the byte before it.
+struct Encoding {
   char bytes[2];
   std::uint8_t sizes[2];
 };
-using WritingTable = std::array<Written, 256>;
+using EncodingTable = std::array<Encoding, 256>;
 
-constexpr WritingTable kInPhrase = [] {
-  WritingTable table{};
+constexpr EncodingTable kPhraseEncodings = [] {
+  EncodingTable table{};
   for (std::size_t i = 0; i < table.size(); ++i) {
     table[i] = {{static_cast<char>(i), '\0'}, {1, 1}};
   }
@@ -34,8 +33,8 @@ constexpr WritingTable kInPhrase = [] {
   return table;
 }();
 
-constexpr WritingTable kInTerms = [] {
-  WritingTable table = kInPhrase;
+constexpr EncodingTable kTermEncodings = [] {
+  EncodingTable table = kPhraseEncodings;
   table[' '] = {{'|', '\0'}, {1, 0}};
   table['+'] = {{'.', '*'}, {2, 0}};
   return table;
@@ -45,29 +44,29 @@ constexpr std::string_view kHead = ".*|";
 constexpr std::string_view kMiddle = "|.*|";
 constexpr std::string_view kTail = "|.*";
 
-// Writes behind what the output holds; room for two bytes for each byte of the input is made first.
+// Appends to the output, which first gets room for two bytes for each byte of the input.
 class ExpressionWriter {
  public:
   ExpressionWriter(std::string& output, std::size_t input_size) : output_(output) {
-    const std::size_t held = output.size();
-    output.resize(held + 2 * input_size);
-    end_ = output.data() + held;
+    const std::size_t old_size = output.size();
+    output.resize(old_size + 2 * input_size);
+    end_ = output.data() + old_size;
   }
   ~ExpressionWriter() { output_.resize(static_cast<std::size_t>(end_ - output_.data())); }
   ExpressionWriter(const ExpressionWriter&) = delete;
   ExpressionWriter& operator=(const ExpressionWriter&) = delete;
 
-  void terms(std::string_view bytes, char previous) { write(bytes, previous, kInTerms); }
-  void phrase(std::string_view bytes) { write(bytes, '\0', kInPhrase); }
+  void terms(std::string_view bytes, char previous) { write(bytes, previous, kTermEncodings); }
+  void phrase(std::string_view bytes) { write(bytes, '\0', kPhraseEncodings); }
 
  private:
-  // Without a branch that depends on the text. Two bytes are stored for each, needed or not.
-  void write(std::string_view bytes, char previous, const WritingTable& table) {
+  // No branch depends on the text: two bytes are always stored, needed or not.
+  void write(std::string_view bytes, char previous, const EncodingTable& table) {
     char* end = end_;
     for (const char byte : bytes) {
-      const Written& written = table[static_cast<unsigned char>(byte)];
-      std::memcpy(end, written.bytes, sizeof(written.bytes));
-      end += written.sizes[byte == previous ? 1 : 0];
+      const Encoding& encoding = table[static_cast<unsigned char>(byte)];
+      std::memcpy(end, encoding.bytes, sizeof(encoding.bytes));
+      end += encoding.sizes[byte == previous ? 1 : 0];
       previous = byte;
     }
     end_ = end;
@@ -77,43 +76,39 @@ class ExpressionWriter {
   char* end_;
 };
 
-bool is_escaped(const std::string& text, std::size_t place) {
-  std::size_t first = place;
+bool is_escaped(const std::string& text, std::size_t position) {
+  std::size_t first = position;
   while (first > 0 && text[first - 1] == '\\') {
     --first;
   }
-  return (place - first) % 2 == 1;
+  return (position - first) % 2 == 1;
 }
 
-// The place of the first «|.*|» from `start` on, or the output's size.
-std::size_t find_middle(const orvaneip::TargetSearch& middle, const std::string& output,
-                        std::size_t start) {
-  const std::string_view rest = std::string_view(output).substr(start);
-  for (const char *place = rest.data(), *end = place + rest.size();; ++place) {
-    place = middle.find_in({place, static_cast<std::size_t>(end - place)});
-    if (place == nullptr) {
-      return output.size();
-    }
-    const auto found = static_cast<std::size_t>(place - output.data());
-    if (!is_escaped(output, found)) {
-      return found;
+// Returns the position of the first «|.*|» from `start` on whose first bar is not escaped, or the
+// output's size. Of its bytes the asterisk is the rarest in an expression.
+std::size_t find_middle(const std::string& output, std::size_t start) {
+  std::size_t asterisk = output.find('*', start);
+  for (; asterisk != std::string::npos; asterisk = output.find('*', asterisk + 1)) {
+    if (asterisk >= start + 2 && output.compare(asterisk - 2, kMiddle.size(), kMiddle) == 0 &&
+        !is_escaped(output, asterisk - 2)) {
+      return asterisk - 2;
     }
   }
+  return output.size();
 }
 
 // Removes the first three bytes of each «|.*|». The next one cannot begin before the bar that is
-// left, so one pass does it; what is between two removals is moved once, when the second one is
-// reached, and the log is given the two pieces of the output.
+// left, so one pass is enough; the bytes between two removals are moved once, when the second one
+// is reached, and the two pieces of the output are logged as one.
 void remove_middle_alternatives(std::string& output) {
-  const orvaneip::TargetSearch middle(kMiddle);
-  std::size_t done = 0;  // bytes of the new text, in place
-  std::size_t rest = 0;  // where what follows them is
-  for (std::size_t place = find_middle(middle, output, 0); place < output.size();
-       place = find_middle(middle, output, rest)) {
+  std::size_t done = 0;  // bytes of the new text, at the start of the output
+  std::size_t rest = 0;  // position of the bytes that follow them
+  for (std::size_t found = find_middle(output, 0); found < output.size();
+       found = find_middle(output, rest)) {
     orvane_log_debug("[libzelip](%s:%d) tmp_str = [%s]\n", kName, __LINE__, kMiddle.data());
-    std::memmove(output.data() + done, output.data() + rest, place - rest);
-    done += place - rest;
-    rest = place + kMiddle.size() - 1;
+    std::memmove(output.data() + done, output.data() + rest, found - rest);
+    done += found - rest;
+    rest = found + kMiddle.size() - 1;
     orvane_log_debug("[libzelip](%s:%d) output = [%.*s%s]\n", kName, __LINE__,
                      static_cast<int>(std::min<std::size_t>(done, INT_MAX)), output.data(),
                      output.data() + rest);

@@ -11,47 +11,44 @@ namespace {
 
 using orvaneip::BoundedText;
 using orvaneip::RewriteEnd;
-using orvaneip::Rewriting;
+using orvaneip::RewriteResult;
 
-constexpr std::size_t kPassLimit = 999;
-static_assert(orvaneip::kMaxReplacements == kPassLimit + 1);
+constexpr const char* kFilteringName = "do_filtering";  // in log lines, also of other callers
 
-constexpr const char* kFilteringName = "do_filtering";  // in log lines, whoever called
-
-// The replacements that the passes left over allow a rule: one at least.
+// Returns how many replacements a rule may make after so many passes: at least one.
 std::size_t replacement_limit(std::size_t passes) {
-  return passes < kPassLimit ? kPassLimit + 1 - passes : 1;
+  return passes < kFilterPassMax ? orvaneip::kRuleReplacementMax - passes : 1;
 }
 
 // Each replacement took a pass; so did a search that found nothing, or nothing that fits.
-std::size_t passes_of(const Rewriting& rewriting) {
+std::size_t passes_of(const RewriteResult& result) {
   const bool searched_once_more =
-      rewriting.end == RewriteEnd::kNoOccurrence || rewriting.end == RewriteEnd::kCapacity;
-  return rewriting.replacements + (searched_once_more ? 1 : 0);
+      result.end == RewriteEnd::kNoOccurrence || result.end == RewriteEnd::kCapacity;
+  return result.replacements + (searched_once_more ? 1 : 0);
 }
 
-// How many replacements were made.
+// Returns how many replacements were made.
 std::size_t apply_rule(const rule& applied, BoundedText& text, FilterReport& report) {
-  const Rewriting rewriting = orvaneip::rewrite(applied, replacement_limit(report.passes), text);
-  report.passes += passes_of(rewriting);
-  if (rewriting.end == RewriteEnd::kCapacity) {
+  const RewriteResult result = orvaneip::rewrite(applied, replacement_limit(report.passes), text);
+  report.passes += passes_of(result);
+  if (result.end == RewriteEnd::kCapacity) {
     report.outcome = kFilterCapacity;
-  } else if (rewriting.end == RewriteEnd::kNoMemory) {
+  } else if (result.end == RewriteEnd::kNoMemory) {
     report.outcome = kFilterNoMemory;
-  } else if (rewriting.end != RewriteEnd::kEndedText && report.passes > kPassLimit) {
+  } else if (result.end != RewriteEnd::kEndedText && report.passes > kFilterPassMax) {
     report.outcome = kFilterPassLimit;
     orvane_log_debug("[%s] Match more than 1000 times(!?)", kFilteringName);
   }
-  return rewriting.replacements;
+  return result.replacements;
 }
 
-bool has_stopped(FilterOutcome outcome) {
+bool ended_early(FilterOutcome outcome) {
   return outcome == kFilterCapacity || outcome == kFilterNoMemory;
 }
 
 FilterOutcome apply_rules(const std::vector<rule>& rules, BoundedText text, FilterReport& report) {
   report.outcome = kFilterFinished;
-  for (std::size_t i = 0; i < rules.size() && !has_stopped(report.outcome); ++i) {
+  for (std::size_t i = 0; i < rules.size() && !ended_early(report.outcome); ++i) {
     if (rules[i].target[0] != '\0') {
       report.replacements[i] = apply_rule(rules[i], text, report);
     }

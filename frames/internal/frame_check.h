@@ -1,4 +1,4 @@
-// Is this a whole frame?
+// The check of a frame.
 #pragma once
 
 #include <cstddef>
@@ -12,15 +12,15 @@ struct FrameCheck {
   std::size_t payload_size;  // as devcfg_unpack_frame reports it
 };
 
-// Of the frame that begins at `bytes`, with `payload_max` bytes of payload allowed: all but the
-// checksum, so kFrameWhole tells that the payload is worth summing.
+// Checks all but the checksum of the frame that begins at `bytes`, with at most `payload_max` bytes
+// of payload: kFrameWhole means that the checksum decides.
 FrameCheck check_bounds(const unsigned char* bytes, std::size_t size_bytes,
                         std::size_t payload_max);
 
-// The same with the checksum.
+// Checks the frame with its checksum.
 FrameCheck check_frame(const unsigned char* bytes, std::size_t size_bytes, std::size_t payload_max);
 
-// The little-endian length of a frame whose header is there.
+// Returns the declared length of a frame; its kFrameHeaderBytes are read.
 std::size_t declared_payload_size(const unsigned char* frame);
 
 }  // namespace orvaneip

@@ -1,4 +1,4 @@
-// A list of texts that takes each one once.
+// A list of terms without duplicates.
 #pragma once
 
 #include <cstddef>
@@ -7,17 +7,18 @@
 #include <string_view>
 #include <vector>
 
+#include "search/internal/keyed_hash.h"
+
 namespace orvaneip {
 
-// The first few terms are looked up by comparing; a table is built when more follow. Its hash has a
-// random key, so that no input makes its terms collide.
+// The first few terms are compared with the whole list; a hash table is built when more follow.
 class DistinctTerms {
  public:
-  // `terms` may hold texts already, also ones that repeat. It must not be changed by others.
-  // `expected` is a guess of how many will be added; room for them is made at once.
+  // `terms` may contain terms already, also duplicates; nothing else may change it meanwhile.
+  // `expected`: an estimate of how many will be added, for which memory is reserved.
   DistinctTerms(std::vector<std::string>& terms, std::size_t expected);
 
-  // Appends `term`, unless the list holds it.
+  // Appends `term`, unless the list contains it.
   void add(std::string_view term);
 
  private:
@@ -27,17 +28,16 @@ class DistinctTerms {
   };
 
   void compare_and_add(std::string_view term);
-  Slot& slot_for(std::string_view term, std::uint32_t hash);
-  Slot& free_slot(std::uint32_t hash);
-  std::uint32_t hash_of(std::string_view term) const;
+  Slot& find_slot(std::string_view term, std::uint32_t hash);
+  Slot& find_free_slot(std::uint32_t hash);
   void build_table();
   void double_table();
 
   std::vector<std::string>& terms_;
   std::size_t expected_;
-  int compared_ = 0;         // terms looked up by comparing
+  int compared_ = 0;         // terms that were compared with the whole list
   std::vector<Slot> slots_;  // a power of two, at most half full; empty: not built yet
-  std::uint64_t key_ = 0;
+  KeyedHash hash_;
 };
 
 }  // namespace orvaneip

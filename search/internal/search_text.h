@@ -9,26 +9,27 @@
 namespace orvaneip {
 
 struct SearchText {
-  std::string text;                 // without the spaces around it
-  std::ptrdiff_t first_quote = -1;  // places of double quotes in `text`, -1: there is none
+  std::string text;                 // without leading and trailing spaces
+  std::ptrdiff_t first_quote = -1;  // positions of double quotes in `text`; -1: no quote
   std::ptrdiff_t last_quote = -1;
 
   bool has_phrase() const { return first_quote != last_quote; }
 };
 
-// Copies the input, which may be part of what the patterns are written to. Null is read as an empty
-// text. Only the space itself is trimmed, no other white space.
+// Copies the input, which may be part of the output. Null is read as an empty text. Only spaces are
+// trimmed, no other whitespace.
 SearchText read_search_text(const char* input);
 
 enum class LoneQuote { kDropped, kText };
 
-// Of a run of spaces or of plus signs outside the phrase only the first counts.
+// Returns true for a byte that is not the first of a run of spaces or of plus signs: it is ignored
+// outside the phrase.
 inline bool repeats(char byte, char previous) {
   return byte == previous && (byte == ' ' || byte == '+');
 }
 
-// Hands the text to the writer, in order: terms(bytes, previous) for what is outside the phrase,
-// where `previous` is the byte before it in the sense of repeats(), 0 for none, and phrase(bytes).
+// Passes the text to the writer, in order: terms(bytes, previous) for the bytes outside the phrase,
+// where `previous` is the byte before them for repeats(), 0 for none, and phrase(bytes).
 template <typename Writer>
 void write_search_text(const SearchText& search, LoneQuote lone_quote, Writer& writer) {
   const std::string_view text = search.text;

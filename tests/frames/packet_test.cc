@@ -25,7 +25,7 @@ unsigned char plain_sum(const Bytes& bytes) {
   return static_cast<unsigned char>(std::accumulate(bytes.begin(), bytes.end(), 0U));
 }
 
-// The frame, spelled out.
+// Returns the expected frame.
 Bytes frame_of(const Bytes& payload) {
   const auto byte = [&](int shift) { return static_cast<unsigned char>(payload.size() >> shift); };
   Bytes frame = {0xF8, byte(0), byte(8), byte(16), 0};
@@ -37,7 +37,7 @@ Bytes with(Bytes bytes, std::size_t position, unsigned char value) {
   return bytes;
 }
 
-// Cut or filled up; the default is what guards the rest of a buffer.
+// Returns the bytes cut or filled up to the size; the default value guards the rest of a buffer.
 Bytes sized(Bytes bytes, std::size_t size, unsigned char value = 0xA5) {
   bytes.resize(size, value);
   return bytes;
@@ -65,7 +65,7 @@ TEST(Checksum, IsTheSeedPlusEveryByte) {
   }
 }
 
-TEST(Frame, IsBuiltAndTakenApartWithinItsBounds) {
+TEST(Frame, IsBuiltAndReadWithinItsBounds) {
   for (const int size : {-1, INT_MIN, 0, 1, 2, 3, 255, 256, 16383, 16384, 16385, 70000}) {
     Bytes payload = random_bytes(static_cast<std::size_t>(std::max(size, 0)));
     const Bytes frame = size < 0 ? Bytes() : frame_of(payload);
@@ -79,7 +79,7 @@ TEST(Frame, IsBuiltAndTakenApartWithinItsBounds) {
   }
 }
 
-TEST(Frame, ReceivedWithDamageIsTakenApartAndTold) {
+TEST(Frame, ReceivedWithDamageIsReadAndLogged) {
   const Bytes frame = frame_of({0x01, 0x02, 0xFF});
   const std::string tag = "[devcfg_analysis_recv_packet] ", wrong = "wrong check-sum byte : ";
   const std::string right = tag + "right check-sum byte : 0x2", end = tag + "right end byte : ";

@@ -20,7 +20,8 @@ std::string expression_for(const std::string& input, std::string held = "") {
   return held;
 }
 
-// Whether real engines find both in the text; the patterns are put into the statement as they are.
+// Returns whether real engines find the patterns and the expression in the text. The patterns are
+// put into the statement as they are.
 std::pair<bool, bool> found(const std::string& search, const std::string& text) {
   static const test::BareSqlite database(":memory:");
   std::string sql = "SELECT 0";
@@ -72,7 +73,8 @@ TEST(SearchPatterns, Table) {
       {"say \"hi", {"say", "hi"}, "say|\"hi"},
       {"\"\"", {}, ""},
       {"   ", {}, ""},
-      // A bar that the user typed is no end of an alternative.
+      // A bar that the user typed does not end an alternative.
+      {"*+ + *", {"*"}, "\\*.*|\\*"},
       {"x|+", {"x|"}, "x\\|.*"},
   };
   for (const auto& [input, patterns, expression] : kRows) {
@@ -81,7 +83,7 @@ TEST(SearchPatterns, Table) {
   }
 }
 
-TEST(SearchPatterns, AreAppendedToWhatMayHoldTheInput) {
+TEST(SearchPatterns, AreAppendedToAnOutputThatMayContainTheInput) {
   EXPECT_EQ(patterns_for("c b a", {"a", "a"}), (Texts{"a", "a", "c", "b"}));
   EXPECT_EQ(expression_for("b", "a|.*"), "a|.*b");
   EXPECT_EQ(expression_for("", ".*|.*|a"), ".*|a");
@@ -95,7 +97,7 @@ TEST(SearchPatterns, AreAppendedToWhatMayHoldTheInput) {
   EXPECT_EQ(expression.size(), 300U);
 }
 
-// The output is shown whole after each collapse.
+// The whole output is logged after each collapse.
 TEST(SearchPatterns, Traces) {
   const std::string kTag = "[libzelip](check_abnormal_char_for_special_for_mongo:N) ";
   test::take_log();
@@ -121,7 +123,7 @@ final res = [a\|.*|b|%s]
 )");
 }
 
-// A phrase is found where it stands, and nowhere else.
+// A phrase is found in the texts that contain it, and in no others.
 TEST(SearchMeaning, APhraseIsASubstringAndWordsAreAlternatives) {
   std::mt19937 random(47);
   const auto text_of = [&random](std::size_t size) {
@@ -138,7 +140,7 @@ TEST(SearchMeaning, APhraseIsASubstringAndWordsAreAlternatives) {
     EXPECT_EQ(found("\"" + phrase + "\"", text), std::pair(holds, holds))
         << phrase << " in " << text;
   }
-  // "+" stands for anything between them; in LIKE, "%" and "_" do so too.
+  // "+" matches anything between them; in LIKE, "%" and "_" are wildcards too.
   EXPECT_EQ(found("front+door x", "front of the door"), std::pair(true, true));
   EXPECT_EQ(found("front+door", "door front"), std::pair(false, false));
   EXPECT_EQ(found("50%_off", "500 euro off"), std::pair(true, false));

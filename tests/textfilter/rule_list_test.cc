@@ -18,7 +18,7 @@ void store(std::string vault_id, const std::string& filters) {
   ASSERT_EQ(devcfg_modify_filter(vault_id.data(), test::Json(filters)), 0);
 }
 
-// The vault "whole" has filters, the one without a type in "broken" is the second of three.
+// The vault "whole" has filters; in "broken" the second of three has no type.
 struct RuleList : testing::Test {
   RuleList() {
     store("whole", R"([{"type":2,"target":"a","result":"b","name":"first"},{"type":0,"target":")" +
@@ -44,8 +44,8 @@ TEST_F(RuleList, AppendsTheFiltersOfAVault) {
   EXPECT_TRUE(rules[2].target == kLongText.substr(1) && rules[2].result == kLongText.substr(1));
 }
 
-TEST_F(RuleList, StopsWhereThereIsNothingToReadAndFiltersByTheRest) {
-  // The vault, the text, the filters' result, how often they are applied.
+TEST_F(RuleList, EndsAtAFilterWithoutATypeAndTheOthersAreApplied) {
+  // The vault, the filtered text, the result of reading, the replacements.
   std::tuple<std::string, std::string, int, std::vector<std::size_t>> rows[] = {
       {"whole", "b b cbt", 0, {3, 0}},
       {"broken", "b b cbt", kDevcfgRuleTypeMissing, {3}},
@@ -75,7 +75,7 @@ TEST(MetadataRemove, FillsBothBuffersWhateverHappens) {
   ASSERT_EQ(database.exec("INSERT INTO metadata VALUES (1, 'm1', 'v', '')"), 0);
   const std::string failed = "[libzelip](metadata_remove:N) Remove data failed: ";
   const std::pair<char*, std::string> kCalls[] = {
-      {key, ""},  // it is there once
+      {key, ""},  // it exists once
       {key, failed + std::to_string(metadata_vault::kVaultNotFound)},
       {nullptr, failed + "-1"}};
   for (const auto& [metadata_id, expected] : kCalls) {

@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
+#include <limits>
+
 #include "bench/literal_filter.h"
 #include "foundation/result_codes.h"
 #include "tests/support/captured_log.h"
 
-static bool memory_is_short = false;
+static bool has_no_memory = false;
 
-// The library's own working memory: the test takes it away.
+// Fails the allocation of the library's working memory.
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return memory_is_short ? nullptr : ::operator new[](size);
+  return has_no_memory ? nullptr : ::operator new[](size);
 }
 
 namespace {
@@ -24,7 +28,7 @@ const std::string kStopMessage = "[do_filtering] Stopped, the text would exceed 
 
 const std::string kGuard(32, '\x5A');
 
-// With guard bytes behind it.
+// Returns the text in a buffer of the capacity, followed by guard bytes.
 std::string guarded(std::string text, std::size_t capacity) {
   text.resize(capacity);
   return text + kGuard;
@@ -35,6 +39,31 @@ std::string filter_text(const Rules& rules, const std::string& text, FilterRepor
   do_filtering_bounded(rules, buffer.data(), 16'384, report);
   EXPECT_TRUE(buffer.ends_with(kGuard));
   return buffer.c_str();
+}
+
+std::string repeated(const std::string& unit, std::size_t size) {
+  std::string text;
+  while (text.size() < size) {
+    text += unit;
+  }
+  text.resize(size);
+  return text;
+}
+
+// Returns the least processor time of filtering `size` bytes of the unit, then the target.
+double filter_seconds(const std::string& target, const std::string& unit, std::size_t size) {
+  const Rules rules = {make_rule(target, "")};
+  const std::string text = repeated(unit, size);
+  std::clock_t least = std::numeric_limits<std::clock_t>::max();
+  for (int i = 0; i < 5; ++i) {
+    std::string buffer = text + "!" + target + "!";
+    FilterReport report;
+    const std::clock_t start = std::clock();
+    do_filtering_bounded(rules, buffer.data(), buffer.size() + 1, report);
+    least = std::min(least, std::clock() - start);
+    EXPECT_TRUE(buffer.c_str() == text + "!!") << target.size();
+  }
+  return static_cast<double>(least) / CLOCKS_PER_SEC;
 }
 
 }  // namespace
@@ -61,7 +90,7 @@ TEST(TextFilter, Table) {
       {{{"a", "aa"}, {"b", "x"}, {"d", "e"}}, "abd", grown + "xe", 1002, 2},
       {{{"", "x"}, {"a", "b"}}, "a!", "b!", 2},
       {{}, "text", "text", 0},
-      // A record whose target has no end.
+      // A record whose target has no terminator.
       {{{std::string(9999, 'x'), "y"}}, misses + std::string(4096, 'x') + "!", misses + "yx!", 2},
   };
   for (const Row& row : kRows) {
@@ -79,30 +108,52 @@ TEST(TextFilter, Table) {
 }
 
 // "a" to "b" needs no memory, "b" to "bb" does.
-TEST(TextFilter, StopsBeforeARuleThatFindsNoMemory) {
+TEST(TextFilter, EndsBeforeARuleThatGetsNoMemory) {
   const Rules rules = {make_rule("a", "b"), make_rule("b", "bb"), make_rule("c", "d")};
   FilterReport report;
-  memory_is_short = true;
+  has_no_memory = true;
   EXPECT_EQ(filter_text(rules, "abc", report), "bbc");
-  memory_is_short = false;
+  has_no_memory = false;
   EXPECT_EQ(report.outcome, kFilterNoMemory);
   EXPECT_EQ(report.replacements, (std::vector<std::size_t>{1, 0, 0}));
 }
 
-TEST(TextFilter, RefusesWhatIsNoText) {
+TEST(TextFilter, RefusesTextsThatAreNullOrNotTerminated) {
   FilterReport report = {kFilterPassLimit, 5, 5, {5}};
-  char none[1] = {'x'};
+  char unterminated[1] = {'x'};
   char* text = nullptr;
   EXPECT_EQ(do_filtering_bounded({make_rule("x", "y")}, nullptr, 10, report), kFilterRefused);
   EXPECT_TRUE(report.passes == 0 && report.replacements == std::vector<std::size_t>{0});
-  EXPECT_EQ(do_filtering_bounded({}, none, 0, report), kFilterRefused);
-  EXPECT_EQ(do_filtering_bounded({}, none, 1, report), kFilterRefused);
+  EXPECT_EQ(do_filtering_bounded({}, unterminated, 0, report), kFilterRefused);
+  EXPECT_EQ(do_filtering_bounded({}, unterminated, 1, report), kFilterRefused);
   EXPECT_EQ(do_filtering({}, text), kDevcfgFiltered);
 }
 
-// Without a capacity, what a replacement makes is held to 4 MiB; the text itself is not.
-TEST(TextFilter, HoldsResultsTo4MiB) {
-  // The text's length, what an x becomes, how often, the message.
+// Texts full of the target's start: the time grows with the text, and not with the target.
+TEST(TextFilter, TakesLinearTimeOnHostileTexts) {
+  for (const char* period : {"a", "ab", "aab"}) {
+    double short_target_seconds = 0;
+    for (const std::size_t size : {1U, 2U, 16U, 63U, 64U, 256U, 4095U}) {
+      const std::string start = repeated(period, size - 1), target = start + "c";
+      const std::string near_miss = start.substr(0, size / 2) + "x" + target.substr(size / 2 + 1);
+      const std::string& repeated_start = size > 1 ? start : near_miss;
+      for (const std::string& unit : {std::string(period), repeated_start, near_miss}) {
+        const double seconds = filter_seconds(target, unit, 256 * 1024);
+        EXPECT_LT(filter_seconds(target, unit, 512 * 1024), 3.5 * seconds) << size << period;
+        if (size == 256) {
+          short_target_seconds = std::max(short_target_seconds, seconds);
+        }
+        if (size > 256) {
+          EXPECT_LT(seconds, 4 * short_target_seconds) << size << period;
+        }
+      }
+    }
+  }
+}
+
+// Without a capacity, the outcome of a replacement is limited to 4 MiB; the text itself is not.
+TEST(TextFilter, LimitsResultsTo4MiB) {
+  // The text's length, the result for an x, the number of replacements, the message.
   const std::tuple<std::size_t, std::string, std::size_t, std::string> kRows[] = {
       {4'194'303, "y", 1000, kLimitMessage}, {4'194'303, "yy", 0, kStopMessage},
       {4'194'302, "yy", 1, kStopMessage},    {4'194'304, "y", 0, kStopMessage},

@@ -1,6 +1,7 @@
-// A text under replacement: what is done at its front, what is not at its back, a gap between them.
+// A gap buffer: a text under replacement, with a gap at the place where it is changed.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -9,85 +10,86 @@
 
 namespace orvaneip {
 
-// The back starts where the next search does, and is terminated. Moving the border costs the bytes
-// between the two places, a replacement at the border costs those of the result; the rest of the
-// text is moved when the gap is opened and closed, not at each replacement.
-class GapText {
+// The text is the bytes before the gap, where no occurrence can begin any more, and those after it,
+// which are searched next and are terminated. Moving the gap costs the bytes that it passes, a
+// replacement the bytes of the result; the rest of the text is moved when the gap is opened and
+// closed, not at each replacement.
+class GapBuffer {
  public:
-  // Takes `length` bytes of the terminated `text` apart at `border`: in place, or, when it is to
-  // grow by up to `growth` bytes, in memory of its own.
-  GapText(char* text, std::size_t length, std::size_t border, std::size_t growth)
+  // Opens a gap at `offset` in the first `length` bytes of the terminated `text`: in place, or,
+  // when the text is to grow by up to `growth` bytes, in a copy.
+  GapBuffer(char* text, std::size_t length, std::size_t offset, std::size_t growth)
       : text_(text),
-        work_(growth > 0 ? new (std::nothrow) char[length + growth + 1] : nullptr),
-        has_memory_(growth == 0 || work_ != nullptr),
-        front_(work_ ? work_.get() : text),
-        front_end_(front_ + border),
-        back_(front_end_ + (work_ ? growth : 0)),
-        back_length_(length - border) {
-    if (work_) {
-      std::memcpy(front_, text, border);
-      std::memcpy(back_, text + border, back_length_ + 1);
+        copy_(growth > 0 ? new (std::nothrow) char[length + growth + 1] : nullptr),
+        has_memory_(growth == 0 || copy_ != nullptr),
+        start_(copy_ ? copy_.get() : text),
+        gap_start_(start_ + offset),
+        gap_end_(gap_start_ + (copy_ ? growth : 0)),
+        rest_length_(length - offset) {
+    if (copy_) {
+      std::memcpy(start_, text, offset);
+      std::memcpy(gap_end_, text + offset, rest_length_ + 1);
     }
   }
 
-  // False: the memory was not to be had, and this must be thrown away.
+  // False: there was no memory for the copy, and the buffer must not be used.
   bool has_memory() const { return has_memory_; }
 
-  std::string_view back() const { return {back_, back_length_}; }
-  std::size_t length() const { return front_length() + back_length_; }
+  // Returns the text after the gap.
+  std::string_view rest() const { return {gap_end_, rest_length_}; }
 
-  // Moves the border to `place`, which is in the back.
-  void advance(const char* place) {
-    const auto count = static_cast<std::size_t>(place - back_);
-    std::memmove(front_end_, back_, count);
-    front_end_ += count;
+  // Returns the length of the whole text.
+  std::size_t length() const { return offset() + rest_length_; }
+
+  // Moves the gap forward to `position`, which is in rest().
+  void advance_to(const char* position) {
+    const auto count = static_cast<std::size_t>(position - gap_end_);
+    std::memmove(gap_start_, gap_end_, count);
+    gap_start_ += count;
     drop(count);
   }
 
-  // Moves the border back by `count` bytes, or to the start.
+  // Moves the gap backward by `count` bytes, or to the start.
   void retreat(std::size_t count) {
-    const std::size_t moved = count < front_length() ? count : front_length();
-    front_end_ -= moved;
-    back_ -= moved;
-    back_length_ += moved;
-    std::memmove(back_, front_end_, moved);
+    const std::size_t moved = std::min(count, offset());
+    gap_start_ -= moved;
+    gap_end_ -= moved;
+    rest_length_ += moved;
+    std::memmove(gap_end_, gap_start_, moved);
   }
 
-  // Puts `result` in the place of the first `count` bytes of the back.
+  // Replaces the first `count` bytes after the gap by `result`.
   void replace(std::size_t count, std::string_view result) {
     drop(count);
-    put(result);
+    gap_end_ -= result.size();
+    rest_length_ += result.size();
+    std::memcpy(gap_end_, result.data(), result.size());
   }
 
-  // Puts the text together again where it came from.
+  // Closes the gap, and puts the text back where it came from.
   void close() {
-    if (work_) {
-      std::memcpy(text_, front_, front_length());
+    if (copy_) {
+      std::memcpy(text_, start_, offset());
     }
-    std::memmove(text_ + front_length(), back_, back_length_ + 1);
+    std::memmove(text_ + offset(), gap_end_, rest_length_ + 1);
   }
 
  private:
-  std::size_t front_length() const { return static_cast<std::size_t>(front_end_ - front_); }
+  // Returns the number of bytes before the gap.
+  std::size_t offset() const { return static_cast<std::size_t>(gap_start_ - start_); }
 
   void drop(std::size_t count) {
-    back_ += count;
-    back_length_ -= count;
-  }
-
-  void put(std::string_view bytes) {
-    back_ -= bytes.size();
-    back_length_ += bytes.size();
-    std::memcpy(back_, bytes.data(), bytes.size());
+    gap_end_ += count;
+    rest_length_ -= count;
   }
 
   char* text_;
-  std::unique_ptr<char[]> work_;
+  std::unique_ptr<char[]> copy_;
   bool has_memory_;
-  char* front_;
-  char* front_end_;
-  char* back_;
-  std::size_t back_length_;
+  char* start_;  // of the text with the gap
+  char* gap_start_;
+  char* gap_end_;
+  std::size_t rest_length_;
 };
 
 }  // namespace orvaneip

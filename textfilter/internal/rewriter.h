@@ -5,11 +5,12 @@
 #include <string_view>
 
 #include "textfilter/rule.h"
+#include "textfilter/text_filter.h"
 
 namespace orvaneip {
 
-// A terminated text in a buffer of which `capacity` bytes, terminator included, may be filled by a
-// replacement. A text that is longer itself stays readable to its terminator.
+// A terminated text in a buffer of which a replacement may fill `capacity` bytes, terminator
+// included. A text that is longer itself is still read to its terminator.
 struct BoundedText {
   std::string_view from(std::size_t offset) const { return {bytes + offset, length - offset}; }
 
@@ -18,24 +19,24 @@ struct BoundedText {
   std::size_t capacity;
 };
 
-// Replacements that one call of rewrite makes at most.
-inline constexpr std::size_t kMaxReplacements = 1000;
+// The most replacements that one rule makes: the one after which the limit is noticed included.
+inline constexpr std::size_t kRuleReplacementMax = kFilterPassMax + 1;
 
 enum class RewriteEnd {
-  kNoOccurrence,  // the last search found none
+  kNoOccurrence,  // the last search found no occurrence
   kEndedText,     // the last replacement ended the text
-  kLimit,         // the limit of replacements was met; whether there are more was not looked for
+  kLimit,         // the limit of replacements is reached; no further search was made
   kCapacity,      // the next replacement would have exceeded the capacity
-  kNoMemory,      // nothing was done: the rule needs memory of its own, which was not to be had
+  kNoMemory,      // nothing was done: there was no memory for a copy of the text
 };
 
-struct Rewriting {
+struct RewriteResult {
   RewriteEnd end;
   std::size_t replacements;
 };
 
 // Replaces the first occurrence of the rule's target by its result, and again from the start of the
-// text, at most `limit` times (1 to kMaxReplacements). The target must not be empty.
-Rewriting rewrite(const rule& applied, std::size_t limit, BoundedText& text);
+// text, at most `limit` times (1 to kRuleReplacementMax). The target must not be empty.
+RewriteResult rewrite(const rule& applied, std::size_t limit, BoundedText& text);
 
 }  // namespace orvaneip
