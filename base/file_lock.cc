@@ -5,14 +5,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <system_error>
 #include <thread>
+
+#include "base/failure.h"
 
 namespace base {
 namespace {
 
 using std::chrono::steady_clock;
 
-// A writer that makes one change after the other leaves only moments in between.
+// A writer that makes many changes releases the lock only for moments.
 constexpr std::chrono::microseconds kLongestPause(1'000);
 constexpr int kOpenFlags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
 
@@ -22,7 +25,7 @@ FileDescriptor open_lock_file(const std::string& name, const struct stat& like) 
   if (!created.is_open()) {
     return errno == EEXIST ? FileDescriptor(open(name.c_str(), kOpenFlags)) : std::move(created);
   }
-  // Whoever may change the file has to be able to lock it; a failure here harms only others.
+  // Whoever may change the file must be able to lock it; a failure here affects only others.
   [[maybe_unused]] const int owner = fchown(created.get(), like.st_uid, like.st_gid);
   [[maybe_unused]] const int mode = fchmod(created.get(), permissions);
   return created;
@@ -38,21 +41,25 @@ bool try_lock(int file) {
 
 bool is_held_elsewhere(int error) { return error == EAGAIN || error == EACCES || error == EINTR; }
 
+[[noreturn]] void throw_lock_file_failure(const std::string& path, int error) {
+  throw Failure(path, "its lock file: " + std::generic_category().message(error));
+}
+
 }  // namespace
 
-std::optional<FileLock> FileLock::take(const std::string& path, const struct stat& like) {
+FileLock FileLock::take(const std::string& path, const struct stat& like, int wait_ms) {
   FileDescriptor file = open_lock_file(path + ".lock", like);
   if (!file.is_open()) {
-    return std::nullopt;
+    throw_lock_file_failure(path, errno);
   }
-  const auto deadline = steady_clock::now() + std::chrono::milliseconds(kWaitMs);
+  const auto deadline = steady_clock::now() + std::chrono::milliseconds(wait_ms);
   for (auto pause = std::chrono::microseconds(200); !try_lock(file.get());
        pause = std::min(pause * 2, kLongestPause)) {
-    const int error = errno;
-    if (!is_held_elsewhere(error) || steady_clock::now() >= deadline) {
-      file.close_now();
-      errno = is_held_elsewhere(error) ? ETIMEDOUT : error;
-      return std::nullopt;
+    if (!is_held_elsewhere(errno)) {
+      throw_lock_file_failure(path, errno);
+    }
+    if (steady_clock::now() >= deadline) {
+      throw Failure(path, "another writer holds its lock for longer than the wait");
     }
     std::this_thread::sleep_for(pause);
   }

@@ -1,26 +1,23 @@
-// The lock of those who change a file: an advisory lock on a file of its own beside it, since the
-// file itself is replaced by each save.
+// The lock of a file's writers: an advisory lock on a separate file beside it, since every save
+// replaces the file itself.
 #pragma once
 
 #include <sys/stat.h>
 
-#include <optional>
 #include <string>
 
 #include "base/file_descriptor.h"
 
 namespace base {
 
-// Held until it is destroyed, or its process ends. It keeps threads of one process apart as well.
-// The lock file stays: removing it would let two holders in.
+// Held until it is destroyed or its process ends. It excludes other threads of the process as well.
+// The lock file is never removed: that would let two holders in.
 class FileLock {
  public:
-  static constexpr int kWaitMs = 10'000;
-
-  // Waits at most kWaitMs for the lock on PATH.lock. A lock file that is missing is created, with
-  // the permissions and, where allowed, the owner of `like`. On failure nothing, and errno, which
-  // is ETIMEDOUT when another one held the lock all the time.
-  static std::optional<FileLock> take(const std::string& path, const struct stat& like);
+  // Waits at most `wait_ms` for the lock on PATH.lock, which is created when it is missing, with
+  // the permissions and, where allowed, the owner of `like`. Throws Failure, also at the end of the
+  // wait.
+  static FileLock take(const std::string& path, const struct stat& like, int wait_ms);
 
  private:
   explicit FileLock(FileDescriptor file) : file_(std::move(file)) {}

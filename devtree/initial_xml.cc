@@ -1,11 +1,12 @@
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 #include <string_view>
 
+#include "base/atomic_file.h"
+#include "base/failure.h"
+#include "base/file_descriptor.h"
 #include "devtree/device_tree.h"
 #include "devtree/internal/fixed_paths.h"
 #include "foundation/file_exist.h"
@@ -14,48 +15,28 @@
 namespace {
 
 constexpr std::string_view kDeclaration = "<?xml version=\"1.0\"?>";
+constexpr int kMaxLinks = 40;  // as the kernel follows
 
-class Descriptor {
- public:
-  explicit Descriptor(int value) : value_(value) {}
-  ~Descriptor() {
-    if (value_ >= 0) {
-      close(value_);
-    }
+// Returns the path without symbolic links at its end, whether or not there is a file.
+std::string resolve_links(std::filesystem::path path) {
+  std::error_code error;
+  for (int i = 0; i < kMaxLinks && std::filesystem::is_symlink(path, error); ++i) {
+    path = path.parent_path() / std::filesystem::read_symlink(path, error);
   }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool is_open() const { return value_ >= 0; }
-  bool synchronise() const { return fsync(value_) == 0; }
-  bool read_status(struct stat& status) const { return fstat(value_, &status) == 0; }
-  bool write_whole(std::string_view text) const {
-    if (write(value_, text.data(), text.size()) == std::ssize(text)) {
-      return true;
-    }
-    // A part of the declaration would be a damaged file; an empty one is an empty tree.
-    [[maybe_unused]] const int emptied = ftruncate(value_, 0);
-    return false;
-  }
-
- private:
-  int value_;
-};
-
-// The new name survives a power loss once the folder that it stands in is synchronised.
-bool synchronise_folder_of(const std::string& path) {
-  std::error_code unless_it_is_gone;
-  const auto folder = std::filesystem::canonical(path, unless_it_is_gone).parent_path();
-  return Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)).synchronise();
+  return path;
 }
 
-// Opened without emptying it: whoever created it in the meantime keeps what was written.
+bool is_readable(const std::string& path) {
+  return base::FileDescriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)).is_open();
+}
+
+// Another process may have created the file in the meantime.
 bool create(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-  struct stat status {};
-  return file.is_open() && file.read_status(status) &&
-         (status.st_size != 0 ||
-          (file.write_whole(kDeclaration) && file.synchronise() && synchronise_folder_of(path)));
+  try {
+    return base::create_file(resolve_links(path), kDeclaration) || is_readable(path);
+  } catch (const base::Failure&) {
+    return false;
+  }
 }
 
 }  // namespace

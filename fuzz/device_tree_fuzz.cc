@@ -1,5 +1,5 @@
-// The device tree as bytes of a file: read in both ways, changed, saved and read back. Another XML
-// parser takes what is opened, and what is saved.
+// The device tree as bytes of a file: read in both modes, changed, saved and read back. Another XML
+// parser accepts what is opened, and what is saved.
 // Input: the file, a value, and the names of its path below the top element "device".
 #include <libxml/parser.h>
 
@@ -7,7 +7,7 @@
 #include "tests/support/config_tree.h"
 #include "tests/support/temp_directory.h"
 
-// True for a file without an element as well.
+// Returns true for a file without an element as well.
 static bool is_strict_xml(const std::string& text) {
   xmlResetLastError();
   xmlDoc* document = xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, nullptr,
@@ -16,7 +16,7 @@ static bool is_strict_xml(const std::string& text) {
   return document != nullptr || text.empty() || xmlGetLastError()->code == XML_ERR_DOCUMENT_EMPTY;
 }
 
-// Nodes 0 to 3, and where their devices are found.
+// Returns nodes 0 to 3, and the numbers under which their devices are found.
 static std::string read_devices(void* tree) {
   std::string read;
   for (int number = 0; number < 4; ++number) {
@@ -29,8 +29,8 @@ static std::string read_devices(void* tree) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const test::TempDirectory folder;
-  const std::string file = folder.file("zelip.xml");
+  static const test::TempDirectory directory;
+  const std::string file = directory.file("zelip.xml");
   auto texts = fuzz::texts_of(data, size, 2);
   test::write_file(file, texts[0]);
   const std::string value = texts[1].substr(0, 8000).c_str();
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   test::Tree changer(kCfgChange, file);
   fuzz::require(reader.is_open() == changer.is_open() &&
                     read_devices(reader.handle()) == read_devices(changer.handle()),
-                "both ways read the same");
+                "both modes read the same");
   fuzz::require(!reader.is_open() || is_strict_xml(texts[0]), "what is opened is strict XML");
   add_device_node(changer.handle(), 3, texts[1].data());
   const bool stored = changer.store(path, value);

@@ -6,18 +6,18 @@
 
 // One test: its steps share the one fixed path.
 TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
-  const std::string folder = ORVANEIP_ROOT "/third_party/zelip/config",
-                    file = folder + "/zelip.xml";
+  const std::string directory = ORVANEIP_ROOT "/third_party/zelip/config",
+                    file = directory + "/zelip.xml";
   std::filesystem::remove_all(ORVANEIP_ROOT);
-  EXPECT_FALSE(initial_xml()) << "no folder";
+  EXPECT_FALSE(initial_xml()) << "no directory";
   const std::vector<std::string> failed = {
       "[libdevcfg] check_file_exist, File " + file + " not exist",
       "[libdevcfg] initial_xml, File open error: " + file};
   EXPECT_EQ(test::take_product_log(), failed);
-  std::filesystem::create_directories(folder);
+  std::filesystem::create_directories(directory);
   std::filesystem::create_symlink("elsewhere.xml", file);
   EXPECT_TRUE(initial_xml()) << "a link that leads nowhere yet";
-  EXPECT_EQ(test::read_file(folder + "/elsewhere.xml"), "<?xml version=\"1.0\"?>");
+  EXPECT_EQ(test::read_file(directory + "/elsewhere.xml"), "<?xml version=\"1.0\"?>");
   test::write_file(file, "<device/>");
   EXPECT_TRUE(initial_xml());
   EXPECT_EQ(test::read_file(file), "<device/>");
@@ -30,4 +30,6 @@ TEST(InitialXml, CreatesTheFileOnceAndNeverEmptiesIt) {
   }
   std::for_each(threads.begin(), threads.end(), [](std::thread& thread) { thread.join(); });
   EXPECT_EQ(test::read_file(file), "<?xml version=\"1.0\"?>") << "many at once";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory), {}), 2)
+      << "no file but this one and the one that the link led to";
 }

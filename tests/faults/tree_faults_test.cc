@@ -1,5 +1,5 @@
 // Every call that an exported function makes to the configuration tree or the event service fails
-// once: this program's definitions, thin ones over the embedded ones, come before those.
+// once: this program's definitions, which call the embedded ones, take precedence over those.
 #include <dlfcn.h>
 
 #include <cstdarg>
@@ -20,7 +20,7 @@ bool fails(const std::string& call) {
   return is_failing;
 }
 
-// The path of a call; when the call is to fail, one that no tree has.
+// The path of a call; for a call that has to fail, one that no tree has.
 struct Path {
   Path(std::string call, va_list list) {
     for (const char** name = names; (*name = va_arg(list, const char*)) != nullptr; ++name) {
@@ -47,7 +47,7 @@ Result counted(Result result) {
 
 }  // namespace
 
-#pragma GCC diagnostic ignored "-Wvarargs"  // va_start behind a bool, as the interface has it
+#pragma GCC diagnostic ignored "-Wvarargs"  // va_start after a bool, as in the interface
 #define FORWARD(result, name, parameters, last, ...)                                         \
   result name parameters {                                                                   \
     va_list list;                                                                            \

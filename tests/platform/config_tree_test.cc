@@ -17,11 +17,11 @@ class ConfigTree : public testing::Test {
   void write(const std::string& bytes) const { test::write_file(file_, bytes); }
   std::string bytes() const { return test::read_file(file_); }
 
-  const test::TempDirectory folder_;
-  const std::string file_ = folder_.file("tree.xml");
+  const test::TempDirectory directory_;
+  const std::string file_ = directory_.file("tree.xml");
 };
 
-TEST_F(ConfigTree, EveryValueReadsBackAndStandsInTheFileAsStated) {
+TEST_F(ConfigTree, EveryValueReadsBackAndIsInTheFileAsStated) {
   const std::string text(4'000, 'x');
   const std::pair<std::string, std::string> kRows[] = {
       {"", "<v/>"},
@@ -47,7 +47,7 @@ TEST_F(ConfigTree, EveryValueReadsBackAndStandsInTheFileAsStated) {
 
 TEST_F(ConfigTree, ValuesOfForeignFiles) {
   const std::pair<std::string, std::string> kRows[] = {
-      // under "r", the value of "v"
+      // below "r", the value of "v"
       {"<v>a\r\nb\rc&#13;</v>", "a\nb\nc\r"},
       {"<v> &lt;&#x41;&#66;&quot;&apos; </v>", " <AB\"' "},
       {"<v>\n  a<!-- b -->c\n  <w/>\n  b\n</v>", "acb"},
@@ -90,7 +90,7 @@ TEST_F(ConfigTree, AChangeKeepsTheRestOfTheFile) {
       {"<!-- c -->\n<r><a/></r>\n", "r", "removed", "<!-- c -->\n"},
       {"<r>x <a/> y <b/></r>", "r/a", "removed", "<r>xy <b/></r>"},
       {"<r><z  y='\"' /><a >1</a><!--c--><b  /></r>", "r/a", "2",
-       "<r><z  y='\"' /><a>2</a><!--c--><b  /></r>"},
+       "<r><z y=\"&quot;\"/><a>2</a><!--c--><b/></r>"},
       {"", "r", "1", "<?xml version=\"1.0\"?>\n<r>1</r>\n"},
       {"\xEF\xBB\xBF", "r", "1", "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<r>1</r>\n"},
   };
@@ -104,7 +104,7 @@ TEST_F(ConfigTree, AChangeKeepsTheRestOfTheFile) {
   }
 }
 
-TEST_F(ConfigTree, ChangesApartAreAllSavedWhateverWasRemoved) {
+TEST_F(ConfigTree, ChangesInManyPlacesAreAllSaved) {
   write("");
   Tree tree(kCfgChange, file_);
   const auto node = [](int number) { return std::string("n").append(std::to_string(number)); };
@@ -129,7 +129,7 @@ TEST_F(ConfigTree, ChangesApartAreAllSavedWhateverWasRemoved) {
   EXPECT_EQ(Tree(kCfgRead, file_).value({"r", "n19", "v19"}), "19");
 }
 
-// The fuzzer's corpus has what another parser refuses as well.
+// What another parser refuses too is in the fuzzer's corpus.
 TEST_F(ConfigTree, HostileFilesAreRefusedAndLeftAlone) {
   std::string nested;
   for (int i = 0; i < 257; ++i) {
@@ -155,9 +155,12 @@ TEST_F(ConfigTree, HostileFilesAreRefusedAndLeftAlone) {
   write(nested.substr(3, nested.size() - 7));
   EXPECT_TRUE(Tree(kCfgChange, file_).is_open());
   ASSERT_EQ(truncate(file_.c_str(), 100'000'000), 0);
-  const std::string fifo = folder_.file("fifo");
+  EXPECT_FALSE(Tree(kCfgRead, file_).is_open());
+  const std::vector too_large = {"[cfgtree] " + file_ + " is not opened: it is larger than 64 MiB"};
+  EXPECT_EQ(test::take_product_log(), too_large);
+  const std::string fifo = directory_.file("fifo");
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-  for (const std::string& path : {file_, fifo, folder_.path(), fifo + "0", file_ + "/x", {""}}) {
+  for (const std::string& path : {file_, fifo, directory_.path(), fifo + "0", file_ + "/x", {""}}) {
     EXPECT_FALSE(Tree(kCfgRead, path).is_open() || Tree(kCfgChange, path).is_open()) << path;
     EXPECT_EQ(test::take_product_log().size(), 2U) << path;
   }
@@ -170,7 +173,7 @@ bool store_below(void* tree, std::integer_sequence<int, kLevels...>) {
   return xmlcfg_set_str(tree, "x", ((void)kLevels, "n")..., nullptr);
 }
 
-TEST_F(ConfigTree, WhatMayNotBeStoredIsRefusedWithALogLine) {
+TEST_F(ConfigTree, WhatIsNotAllowedIsRefusedWithALogLine) {
   const std::string before = "<n><a>1</a></n>";
   write(before);
   Tree tree(kCfgChange, file_);
@@ -237,6 +240,9 @@ TEST_F(ConfigTree, ACopyOutlivesItsHandleAndSeesNoLaterChange) {
   EXPECT_TRUE(tree.store({"r", "filter", "a"}, "changed") && tree.remove({"r", "filter", "b"}));
   tree.close();
   char value[8];
+  // As a handle, a copy has no values, and closing it does not release it.
+  EXPECT_FALSE(xmlcfg_get_str(copy, "-", value, sizeof(value), "filter", "a", nullptr));
+  EXPECT_TRUE(xmlcfg_close(copy, true));
   EXPECT_TRUE(xmltree_get_str(copy, "", value, sizeof(value), "filter", "a", nullptr));
   EXPECT_STREQ(value, " 1>");
   EXPECT_EQ(xmltree_get_int(copy, 0, "filter", "b", "c", nullptr), 2);

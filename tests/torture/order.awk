@@ -35,7 +35,7 @@ $2 ~ /^p?write/ { unsynced[file] = file }
 $2 ~ /sync/ { delete unsynced[file] }
 $2 ~ /^open/ && /O_CREAT/ && !(quoted(1) in known) { entered(quoted(1)) }
 $2 ~ /^mk/ { entered(quoted(1)) }
-$2 ~ /^rename/ {
+$2 ~ /^(rename|link)/ {
   if (quoted(1) in unsynced) {
     fail("takes another name too early")
   }

@@ -1,4 +1,5 @@
-// The door of the configuration tree: C arguments become paths and values, and back.
+// The exported functions of the configuration tree: C arguments become paths and values, and back;
+// failures become results and log lines.
 #include "platform/config_tree.h"
 
 #include <strings.h>
@@ -9,26 +10,42 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <new>
 
+#include "base/failure.h"
 #include "platform/embedded/tree/tree_handle.h"
+#include "platform/embedded/tree/tree_path.h"
 #include "platform/embedded/tree/xml/element_value.h"
+#include "platform/log_sinks.h"
 
 namespace {
 
-using orvaneplatform::Names;
+using orvaneplatform::Tree;
 using orvaneplatform::TreeCopy;
 using orvaneplatform::TreeHandle;
 using orvaneplatform::TreePath;
-using orvaneplatform::TreeUse;
 using pugi::xml_node;
 
-TreeHandle* handle_of(void* handle) { return static_cast<TreeHandle*>(handle); }
-TreeCopy* copy_of(void** tree) { return reinterpret_cast<TreeCopy*>(tree); }
+// Returns the pointer that a program is given.
+void* pointer_to(Tree* tree) { return tree; }
 
-// The element at the path in a handle or a copy, of which null finds nothing.
-template <typename Tree>
-xml_node find_in(const Tree* tree, const TreePath& path) {
+// Returns what a program's pointer points to; null for null and for a tree of the other kind.
+template <typename Kind>
+Kind* tree_at(void* pointer) {
+  Tree* tree = static_cast<Tree*>(pointer);
+  return tree != nullptr && tree->kind() == Kind::kKind ? static_cast<Kind*>(tree) : nullptr;
+}
+
+// Returns the element at the path, or a null node.
+template <typename Kind>
+xml_node find_in(void* pointer, const TreePath& path) {
+  const Kind* tree = tree_at<Kind>(pointer);
   return tree != nullptr ? tree->find(path.names()) : xml_node();
+}
+
+bool log_failed_save(const TreeHandle& tree, const char* reason) {
+  orvane_log_debug("[cfgtree] saving %s failed: %s", tree.path().c_str(), reason);
+  return false;
 }
 
 bool copy_value(xml_node element, const char* default_value, char* buffer, int size_bytes) {
@@ -47,7 +64,7 @@ bool copy_value(xml_node element, const char* default_value, char* buffer, int s
 
 int int_value(xml_node element, int default_value) {
   std::string decoded;
-  // A terminated text, as every value is.
+  // Every value is terminated.
   const char* value = element ? orvaneplatform::element_value(element, decoded).data() : "";
   char* end = nullptr;
   const long number = std::strtol(value, &end, 10);
@@ -68,13 +85,30 @@ bool bool_value(xml_node element, bool default_value) {
 }  // namespace
 
 void* xmlcfg_open(TCfgMode mode, const char* path) {
-  const TreeUse use = mode == kCfgChange ? TreeUse::kChange : TreeUse::kRead;
-  return path != nullptr ? TreeHandle::open(path, use).release() : nullptr;
+  if (path == nullptr) {
+    return nullptr;
+  }
+  try {
+    return pointer_to(TreeHandle::open(path, mode == kCfgChange ? kCfgChange : kCfgRead).release());
+  } catch (const base::Failure& failure) {
+    orvane_log_debug("[cfgtree] %s is not opened: %s", path, failure.reason());
+    return nullptr;
+  }
 }
 
 bool xmlcfg_close(void* handle, bool save) {
-  const std::unique_ptr<TreeHandle> tree(handle_of(handle));
-  return tree == nullptr || !save || tree->save();
+  const std::unique_ptr<TreeHandle> tree(tree_at<TreeHandle>(handle));
+  if (tree == nullptr || !save) {
+    return true;
+  }
+  try {
+    tree->save();
+    return true;
+  } catch (const base::Failure& failure) {
+    return log_failed_save(*tree, failure.reason());
+  } catch (const std::bad_alloc&) {
+    return log_failed_save(*tree, "memory is exhausted");
+  }
 }
 
 bool xmlcfg_get_str(void* handle, const char* default_value, char* buffer, int size_bytes, ...) {
@@ -82,7 +116,7 @@ bool xmlcfg_get_str(void* handle, const char* default_value, char* buffer, int s
   va_start(arguments, size_bytes);
   const TreePath path(arguments);
   va_end(arguments);
-  return copy_value(find_in(handle_of(handle), path), default_value, buffer, size_bytes);
+  return copy_value(find_in<TreeHandle>(handle, path), default_value, buffer, size_bytes);
 }
 
 int xmlcfg_get_int(void* handle, int default_value, ...) {
@@ -90,10 +124,11 @@ int xmlcfg_get_int(void* handle, int default_value, ...) {
   va_start(arguments, default_value);
   const TreePath path(arguments);
   va_end(arguments);
-  return int_value(find_in(handle_of(handle), path), default_value);
+  return int_value(find_in<TreeHandle>(handle, path), default_value);
 }
 
-// va_start wants a type that is passed unchanged; both compilers only look where it stands.
+// va_start requires a type that default promotion does not change; the compilers use only the
+// parameter's position.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wvarargs"
 bool xmlcfg_get_bool(void* handle, bool default_value, ...) {
@@ -101,7 +136,7 @@ bool xmlcfg_get_bool(void* handle, bool default_value, ...) {
   va_start(arguments, default_value);
   const TreePath path(arguments);
   va_end(arguments);
-  return bool_value(find_in(handle_of(handle), path), default_value);
+  return bool_value(find_in<TreeHandle>(handle, path), default_value);
 }
 #pragma GCC diagnostic pop
 
@@ -110,7 +145,8 @@ bool xmlcfg_set_str(void* handle, const char* value, ...) {
   va_start(arguments, value);
   const TreePath path(arguments);
   va_end(arguments);
-  return handle != nullptr && value != nullptr && handle_of(handle)->store(path.names(), value);
+  TreeHandle* tree = tree_at<TreeHandle>(handle);
+  return tree != nullptr && value != nullptr && tree->store(path.names(), value);
 }
 
 bool xmlcfg_remove(void* handle, ...) {
@@ -118,7 +154,8 @@ bool xmlcfg_remove(void* handle, ...) {
   va_start(arguments, handle);
   const TreePath path(arguments);
   va_end(arguments);
-  return handle != nullptr && handle_of(handle)->remove(path.names());
+  TreeHandle* tree = tree_at<TreeHandle>(handle);
+  return tree != nullptr && tree->remove(path.names());
 }
 
 void** xmlcfg_export_xmltree(void* handle, ...) {
@@ -126,8 +163,9 @@ void** xmlcfg_export_xmltree(void* handle, ...) {
   va_start(arguments, handle);
   const TreePath path(arguments);
   va_end(arguments);
-  const TreeHandle* tree = handle_of(handle);
-  return tree != nullptr ? reinterpret_cast<void**>(tree->copy(path.names()).release()) : nullptr;
+  const TreeHandle* tree = tree_at<TreeHandle>(handle);
+  return tree != nullptr ? static_cast<void**>(pointer_to(tree->copy(path.names()).release()))
+                         : nullptr;
 }
 
 bool xmltree_get_str(void** tree, const char* default_value, char* buffer, int size_bytes, ...) {
@@ -135,7 +173,7 @@ bool xmltree_get_str(void** tree, const char* default_value, char* buffer, int s
   va_start(arguments, size_bytes);
   const TreePath path(arguments);
   va_end(arguments);
-  return copy_value(find_in(copy_of(tree), path), default_value, buffer, size_bytes);
+  return copy_value(find_in<TreeCopy>(tree, path), default_value, buffer, size_bytes);
 }
 
 int xmltree_get_int(void** tree, int default_value, ...) {
@@ -143,7 +181,7 @@ int xmltree_get_int(void** tree, int default_value, ...) {
   va_start(arguments, default_value);
   const TreePath path(arguments);
   va_end(arguments);
-  return int_value(find_in(copy_of(tree), path), default_value);
+  return int_value(find_in<TreeCopy>(tree, path), default_value);
 }
 
-void xmltree_destroy(void** tree) { delete copy_of(tree); }
+void xmltree_destroy(void** tree) { delete tree_at<TreeCopy>(tree); }

@@ -1,74 +1,87 @@
-// What stands behind the handles of platform/config_tree.h.
+// What the pointers that platform/config_tree.h gives out point to.
 #pragma once
 
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
 #include "base/file_lock.h"
+#include "platform/config_tree.h"
 #include "platform/embedded/tree/xml/document.h"
 #include "platform/embedded/tree/xml/element_search.h"
-#include "platform/embedded/tree/xml/document_text.h"
 
 namespace orvaneplatform {
 
-using Names = std::span<const char* const>;
-
-// A part of a tree that does not change any more.
-class TreeCopy {
+// Either of the two. A program holds both as pointers to void, and may pass one for the other.
+class Tree {
  public:
-  TreeCopy(std::shared_ptr<const TreeFile> tree, pugi::xml_node top)
-      : tree_(std::move(tree)), top_(top) {}
+  enum class Kind { kHandle, kCopy };
 
-  // The element at the path, or none.
-  pugi::xml_node find(Names names) const;
+  Kind kind() const { return kind_; }
+
+ protected:
+  explicit Tree(Kind kind) : kind_(kind) {}
+  ~Tree() = default;
 
  private:
-  std::shared_ptr<const TreeFile> tree_;
-  pugi::xml_node top_;
-  PathFinder finder_{true};
+  const Kind kind_;
 };
 
-class TreeHandle {
+// A read-only copy of a subtree. Any number of threads may use it at once.
+class TreeCopy : public Tree {
  public:
-  // Null and a log line when the file cannot be opened as a tree.
-  static std::unique_ptr<TreeHandle> open(const char* path, TreeUse use);
+  static constexpr Kind kKind = Kind::kCopy;
 
-  // The element at the path, or none.
-  pugi::xml_node find(Names names) const;
+  // `top` is an element of the document, which nobody changes any more.
+  TreeCopy(std::shared_ptr<const XmlDocument> document, pugi::xml_node top)
+      : Tree(kKind), document_(std::move(document)), index_(top) {}
 
-  // As xmlcfg_set_str, xmlcfg_remove and xmlcfg_export_xmltree.
-  bool store(Names names, std::string_view value);
-  bool remove(Names names);
-  std::unique_ptr<TreeCopy> copy(Names names) const;
-
-  // Writes the changes to the file. False and a log line when that fails, and when memory ran out
-  // in the middle of a change.
-  bool save();
+  // Returns the element at the path, or a null node.
+  pugi::xml_node find(ElementNames names) const { return index_.find(names); }
 
  private:
-  TreeHandle(std::string path, TreeUse use, std::optional<base::FileLock> lock,
-             std::shared_ptr<TreeFile> tree);
+  std::shared_ptr<const XmlDocument> document_;
+  ElementIndex index_;
+};
 
-  static std::unique_ptr<TreeHandle> open_to_change(const char* path);
-  static std::unique_ptr<TreeHandle> with_tree(std::string path, TreeUse use,
-                                               std::optional<base::FileLock> lock);
+// An open file, used by one thread.
+class TreeHandle : public Tree {
+ public:
+  static constexpr Kind kKind = Kind::kHandle;
 
-  void change(PathFinder::Found found, Names names, std::string_view value);
-  void note_change(pugi::xml_node element);
-  pugi::xml_node create(PathFinder::Found found, Names names);
-  bool write_changes();
-  bool refuse(const char* what, Names names) const;
+  // Opens the file as a tree; for kCfgChange, takes its lock. Throws base::Failure.
+  static std::unique_ptr<TreeHandle> open(const char* path, TCfgMode mode);
+
+  // The file itself, where the path that was opened is a symbolic link and the mode kCfgChange.
+  const std::string& path() const { return path_; }
+
+  // Returns the element at the path, or a null node.
+  pugi::xml_node find(ElementNames names) const;
+
+  // As xmlcfg_set_str, xmlcfg_remove and xmlcfg_export_xmltree.
+  bool store(ElementNames names, std::string_view value);
+  bool remove(ElementNames names);
+  std::unique_ptr<TreeCopy> copy(ElementNames names) const;
+
+  // Writes the changes to the file. Throws base::Failure; std::bad_alloc also when memory ran out
+  // in the middle of an earlier change.
+  void save();
+
+ private:
+  TreeHandle(std::string path, TCfgMode mode, std::optional<base::FileLock> lock);
+
+  pugi::xml_node top() const { return document_->tree.document_element(); }
+  pugi::xml_node create(const FoundElement& found, ElementNames missing);
+  bool refuse(const char* reason, ElementNames names) const;
 
   std::string path_;
-  TreeUse use_;
+  TCfgMode mode_;
   std::optional<base::FileLock> lock_;
-  std::shared_ptr<TreeFile> tree_;
-  PathFinder finder_;
-  ChangedPart changed_;
-  bool whole_ = true;  // false: memory ran out in the middle of a change
+  std::shared_ptr<XmlDocument> document_;
+  std::optional<ElementIndex> index_;  // for kCfgRead
+  bool is_changed_ = false;
+  bool is_half_changed_ = false;  // memory ran out in the middle of a change
 };
 
 }  // namespace orvaneplatform

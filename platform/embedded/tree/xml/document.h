@@ -1,4 +1,4 @@
-// A configuration tree as it is read from its file.
+// An XML file as it is read into memory.
 #pragma once
 
 #include <pugixml.hpp>
@@ -7,30 +7,28 @@
 #include <memory>
 #include <string>
 
+#include "platform/config_tree.h"
+
 namespace orvaneplatform {
 
-// Larger files are neither opened nor written.
-inline constexpr std::size_t kMaxFileBytes = std::size_t{64} << 20;
-
-enum class TreeUse {
-  kRead,    // layout is left out, the text of an element stands in the element itself
-  kChange,  // everything is kept for the save
-};
-
-struct TreeFile {
-  std::unique_ptr<char[]> bytes;  // the document points into them
-  pugi::xml_document document;
+struct XmlDocument {
+  std::unique_ptr<char[]> bytes;  // `tree` points into them
+  pugi::xml_document tree;
   struct stat status {};  // of the file when it was read
-  bool byte_order_mark = false;
-  std::string original;  // for kChange: the file's bytes
+  bool has_byte_order_mark = false;
+  std::string original;  // for kCfgChange: the bytes of the file
 };
 
-// Reads the whole file once, and refuses what is no strict XML document (see check_tree), is larger
-// than kMaxFileBytes, or is no regular file. A file for kChange has to be writable. Null and a log
-// line on failure.
-std::shared_ptr<TreeFile> read_tree(const std::string& path, TreeUse use);
+// Reads the whole file. For kCfgRead, layout is left out, and the first text of an element is kept
+// in the element itself; for kCfgChange everything is kept, and the file must be writable. Throws
+// base::Failure for a file that is not a strict XML document (see document_check.h), is larger than
+// kMaxTreeFileBytes, or is not a regular file.
+std::shared_ptr<XmlDocument> read_document(const std::string& path, TCfgMode mode);
 
-// Logs that `path` is not opened.
-void report_not_opened(const char* path, const char* reason);
+// Throws base::Failure unless `status` is that of a regular file.
+void require_regular_file(const std::string& path, const struct stat& status);
+
+// Returns kMaxTreeFileBytes in words: "64 MiB".
+std::string max_file_size();
 
 }  // namespace orvaneplatform

@@ -1,36 +1,37 @@
-// What XML demands and the parser lets pass: a file that other readers would refuse, or that could
-// not be saved without a loss, is not opened.
+// What XML requires and the parser does not check: a file that other readers would refuse, or that
+// could not be saved without a loss, is not opened.
 #pragma once
 
 #include <pugixml.hpp>
 
 #include <cstddef>
-#include <optional>
+#include <string>
 #include <string_view>
 
 namespace orvaneplatform {
 
-// What the bytes of a file hold, noted before they are parsed in place.
+// What the bytes of a file contain, found before they are parsed in place.
 struct FileTraits {
   bool declaration_first = false;  // they begin with an XML declaration
-  bool cdata_end = false;          // "]]>" stands somewhere
+  bool cdata_end = false;          // "]]>"
   bool control = false;            // a control character that XML does not allow
   bool non_ascii = false;
   bool ampersand = false;
-  // Behind the declaration there are only elements of ASCII names, without attributes and not
-  // nested too deep, and texts without references: what the parser takes of those is right.
+  // After the declaration there are only elements with ASCII names, without attributes and not
+  // nested too deep, and text without references. The parser checks all of that.
   bool plain = false;
 };
+FileTraits file_traits(std::string_view text);
 
-struct TreeProblem {
-  const char* what;       // in words, to follow "the file is refused:"
-  std::ptrdiff_t offset;  // in bytes from the beginning of the file, or -1
-};
+// Throws base::Failure at the first fault of the document: a name that XML does not allow, an
+// undefined reference, text or a second element outside the top element, a declaration in the wrong
+// position or of another encoding than UTF-8, a repeated attribute, a document type, or elements
+// nested deeper than kMaxTreeDepth.
+void check_document(const std::string& path, pugi::xml_document& document,
+                    const FileTraits& traits);
 
-// The first problem of the document, or nothing: characters and names that XML does not allow,
-// references that are not defined, text or a second element beside the top element, a declaration
-// in the wrong place or of another encoding than UTF-8, attributes that repeat, a document type,
-// elements nested deeper than kMaxDepth.
-std::optional<TreeProblem> check_tree(pugi::xml_document& document, const FileTraits& traits);
+// Throws the base::Failure of a fault; `offset` is in bytes from the start of the file.
+[[noreturn]] void throw_malformed(const std::string& path, const char* fault,
+                                  std::ptrdiff_t offset);
 
 }  // namespace orvaneplatform

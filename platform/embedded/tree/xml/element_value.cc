@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/embedded/tree/xml/layout.h"
-#include "platform/embedded/tree/xml/value_encoding.h"
+#include "base/strings.h"
 #include "platform/embedded/tree/xml/characters.h"
+#include "platform/embedded/tree/xml/layout.h"
+#include "platform/embedded/tree/xml/out_of_memory.h"
+#include "platform/embedded/tree/xml/references.h"
+#include "platform/embedded/tree/xml/value_encoding.h"
 
 namespace orvaneplatform {
 namespace {
@@ -17,8 +20,8 @@ bool is_marked_base64(xml_node element) {
          std::strcmp(element.attribute(kEncodingAttribute).value(), kBase64) == 0;
 }
 
-// The element's text when it is in one piece and the element holds nothing else; otherwise null.
-// A tree that is only read keeps the first piece in the element itself.
+// Returns the element's text when it is in one piece and the element contains nothing else;
+// otherwise null. A tree that is only read keeps the first piece in the element itself.
 const char* sole_text(xml_node element) {
   const xml_node child = element.first_child();
   if (!child) {
@@ -33,21 +36,17 @@ bool is_text(xml_node node) {
 }
 
 template <typename Kind>
-bool holds_only(xml_node element, Kind is_kind) {
+bool contains_only(xml_node element, Kind is_kind) {
   return std::all_of(element.begin(), element.end(), is_kind);
 }
 
-std::string_view without_layout(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  const std::size_t last = text.find_last_not_of(kBlanks);
-  return first == std::string_view::npos ? "" : text.substr(first, last - first + 1);
-}
+std::string_view without_layout(std::string_view text) { return base::trim(text, kXmlWhitespace); }
 
 std::string joined_text(xml_node element) {
-  const bool trim =
-      !holds_only(element, [](xml_node child) { return child.type() == pugi::node_pcdata; });
-  const auto piece = [trim](const char* text) {
-    return trim ? without_layout(text) : std::string_view(text);
+  const bool has_layout =
+      !contains_only(element, [](xml_node child) { return child.type() == pugi::node_pcdata; });
+  const auto piece = [has_layout](const char* text) {
+    return has_layout ? without_layout(text) : std::string_view(text);
   };
   std::string value;
   append_decoded(piece(element.value()), value);
@@ -61,20 +60,20 @@ std::string joined_text(xml_node element) {
   return value;
 }
 
-// Keeps the line ends and blanks that follow the text of `piece`, as far as they lay out what
-// stands behind it.
+// Removes a piece of the value. `keep_layout`: keeps the whitespace at its end, which lays out what
+// follows.
 void erase_text(xml_node element, xml_node piece, bool keep_layout) {
   const std::string_view text = piece.value();
-  const std::string rest(text.substr(text.find_last_not_of(kBlanks) + 1));
+  const std::string rest(text.substr(text.find_last_not_of(kXmlWhitespace) + 1));
   if (keep_layout && piece.type() == pugi::node_pcdata && !rest.empty()) {
-    needed(piece.set_value(rest.c_str()));
+    throw_if_out_of_memory(piece.set_value(rest.c_str()));
   } else {
     element.remove_child(piece);
   }
 }
 
 void erase_value(xml_node element) {
-  const bool keep_layout = !holds_only(element, is_text);
+  const bool keep_layout = !contains_only(element, is_text);
   for (xml_node child = element.first_child(); child;) {
     const xml_node next = child.next_sibling();
     if (is_text(child)) {
@@ -88,12 +87,13 @@ void write_value(xml_node element, std::string_view value) {
   erase_value(element);
   const EncodedValue encoded = encode_value(value);
   if (!encoded.text.empty()) {
-    needed(element.prepend_child(pugi::node_pcdata).set_value(encoded.text.c_str()));
+    throw_if_out_of_memory(
+        element.prepend_child(pugi::node_pcdata).set_value(encoded.text.c_str()));
   }
   if (encoded.base64) {
     element.remove_attribute(kEncodingAttribute);
     pugi::xml_attribute encoding = element.append_attribute(kEncodingAttribute);
-    needed(encoding.set_name(kEncodingAttribute) && encoding.set_value(kBase64));
+    throw_if_out_of_memory(encoding.set_name(kEncodingAttribute) && encoding.set_value(kBase64));
   } else if (is_marked_base64(element)) {
     element.remove_attribute(kEncodingAttribute);
   }
@@ -104,8 +104,8 @@ std::string copy_value(xml_node element) {
   return std::string(element_value(element, decoded));
 }
 
-// Blanks that nobody has stored: they lay out an element that has no children yet.
-bool holds_only_layout(xml_node element) {
+// Returns true for whitespace that nobody has stored: it lays out an element without children.
+bool contains_only_layout(xml_node element) {
   const xml_node child = element.first_child();
   return is_layout(child) && !child.next_sibling();
 }
@@ -131,7 +131,7 @@ std::string_view element_value(xml_node element, std::string& decoded) {
 
 bool store_value(xml_node element, std::string_view value) {
   std::string decoded;
-  if (element_value(element, decoded) == value && !holds_only_layout(element)) {
+  if (element_value(element, decoded) == value && !contains_only_layout(element)) {
     return false;
   }
   write_value(element, value);
@@ -139,8 +139,8 @@ bool store_value(xml_node element, std::string_view value) {
 }
 
 xml_node add_element(xml_node parent, const char* name) {
-  if (holds_only(parent, is_text) && !holds_only_layout(parent)) {
-    // Blanks around the text would be taken for layout from now on.
+  if (contains_only(parent, is_text) && !contains_only_layout(parent)) {
+    // Whitespace around the text would be taken for layout from now on.
     const std::string value = copy_value(parent);
     if (without_layout(value) != value) {
       write_value(parent, value);

@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/embedded/tree/xml/value_encoding.h"
+#include "platform/embedded/tree/xml/characters.h"
+#include "platform/embedded/tree/xml/out_of_memory.h"
 
 namespace orvaneplatform {
 namespace {
@@ -13,25 +14,25 @@ using pugi::xml_node;
 
 constexpr char kIndentation[] = "  ";
 
-bool is_blank(const char* text) { return text[std::strspn(text, kBlanks)] == '\0'; }
+bool is_whitespace(const char* text) { return text[std::strspn(text, kXmlWhitespace)] == '\0'; }
 
 bool ends_line(xml_node node) {
   return node.type() == pugi::node_pcdata && std::string_view(node.value()).ends_with('\n');
 }
 
-// The line end and indentation that stand before `node`; empty when it does not begin a line.
+// Returns the line end and indentation before `node`; empty when it does not begin a line.
 std::string line_start(xml_node node) {
   const xml_node before = node.previous_sibling();
   const std::string text = before.type() == pugi::node_pcdata ? before.value() : "";
   std::size_t start = text.rfind('\n');
-  if (start == std::string::npos || !is_blank(text.c_str() + start)) {
+  if (start == std::string::npos || !is_whitespace(text.c_str() + start)) {
     return "";
   }
   start -= start > 0 && text[start - 1] == '\r' ? 1U : 0U;
   return text.substr(start);
 }
 
-// The last child that is not text: an element, a comment or an instruction.
+// Returns the last child that is not text: an element, a comment or an instruction.
 xml_node last_content(xml_node parent) {
   xml_node child = parent.last_child();
   while (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
@@ -50,35 +51,36 @@ xml_node first_element(xml_node parent) {
   return parent.find_child([](xml_node child) { return child.type() == pugi::node_element; });
 }
 
-// By how much the file indents a level: as its first element below the top one shows.
+// Returns the indentation of a level, which the first element below the top element shows.
 std::string indentation_step(xml_node document) {
   const std::string start = line_start(first_element(first_element(document)));
-  const std::size_t blanks = start.rfind('\n') + 1;
-  return blanks < start.size() ? start.substr(blanks) : kIndentation;
+  const std::size_t indentation = start.rfind('\n') + 1;
+  return indentation < start.size() ? start.substr(indentation) : kIndentation;
 }
 
 xml_node named(xml_node element, const char* name) {
-  needed(element.set_name(name));
+  throw_if_out_of_memory(element.set_name(name));
   return element;
 }
 
 void append_text(xml_node parent, const char* text) {
-  needed(parent.append_child(pugi::node_pcdata).set_value(text));
+  throw_if_out_of_memory(parent.append_child(pugi::node_pcdata).set_value(text));
 }
 
 void insert_text(xml_node parent, const std::string& text, xml_node before) {
   if (!text.empty()) {
-    needed(parent.insert_child_before(pugi::node_pcdata, before).set_value(text.c_str()));
+    throw_if_out_of_memory(
+        parent.insert_child_before(pugi::node_pcdata, before).set_value(text.c_str()));
   }
 }
 
-// In the file they will be one text.
+// In the file the two texts will be one.
 void join(xml_node text, xml_node rest) {
-  needed(text.set_value((std::string(text.value()) + rest.value()).c_str()));
+  throw_if_out_of_memory(text.set_value((std::string(text.value()) + rest.value()).c_str()));
   rest.parent().remove_child(rest);
 }
 
-// The first thing but text below `parent`.
+// Adds the first child that is not text.
 xml_node append_first(xml_node parent, const char* name) {
   const std::string outer = own_line_start(parent);
   const std::string inner = outer.empty() ? "" : outer + indentation_step(parent.root());
@@ -95,7 +97,9 @@ xml_node append_first(xml_node parent, const char* name) {
 
 }  // namespace
 
-bool is_layout(xml_node node) { return node.type() == pugi::node_pcdata && is_blank(node.value()); }
+bool is_layout(xml_node node) {
+  return node.type() == pugi::node_pcdata && is_whitespace(node.value());
+}
 
 xml_node append_element(xml_node parent, const char* name) {
   const xml_node last = last_content(parent);
@@ -116,7 +120,8 @@ xml_node append_top_element(xml_node document, const char* name) {
   if (!document.first_child()) {
     xml_node declaration = document.append_child(pugi::node_declaration);
     pugi::xml_attribute version = declaration.append_attribute("version");
-    needed(declaration.set_name("xml") && version.set_name("version") && version.set_value("1.0"));
+    throw_if_out_of_memory(declaration.set_name("xml") && version.set_name("version") &&
+                           version.set_value("1.0"));
   }
   if (!ends_line(document.last_child())) {
     append_text(document, "\n");

@@ -47,22 +47,22 @@ void append_escaped(char character, std::string& text) {
   }
 }
 
-void append_blanks(std::string_view blanks, std::string& text) {
-  for (const char blank : blanks) {
-    text += "&#" + std::to_string(static_cast<int>(blank)) + ';';
+void append_references(std::string_view whitespace, std::string& text) {
+  for (const char character : whitespace) {
+    text += "&#" + std::to_string(static_cast<int>(character)) + ';';
   }
 }
 
 std::string escape(std::string_view value) {
-  const std::size_t first = std::min(value.find_first_not_of(kBlanks), value.size());
-  const std::size_t end = std::max(value.find_last_not_of(kBlanks) + 1, first);
+  const std::size_t first = std::min(value.find_first_not_of(kXmlWhitespace), value.size());
+  const std::size_t end = std::max(value.find_last_not_of(kXmlWhitespace) + 1, first);
   std::string text;
   text.reserve(value.size());
-  append_blanks(value.substr(0, first), text);
+  append_references(value.substr(0, first), text);
   for (const char character : value.substr(first, end - first)) {
     append_escaped(character, text);
   }
-  append_blanks(value.substr(end), text);
+  append_references(value.substr(end), text);
   return text;
 }
 
@@ -81,7 +81,7 @@ std::optional<std::string> decode_base64(std::string_view text) {
   std::size_t digits = 0;
   std::size_t padding = 0;
   for (const char character : text) {
-    if (std::string_view(kBlanks).find(character) != std::string_view::npos) {
+    if (std::string_view(kXmlWhitespace).find(character) != std::string_view::npos) {
       continue;
     }
     const std::size_t digit = kDigits.find(character);
