@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <system_error>
 
-#include "cli/file.h"
 #include "cli/command_error.h"
+#include "cli/file.h"
 
 namespace devcfg {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "cli/file.h"
 #include "cli/command_error.h"
+#include "cli/file.h"
 
 namespace devcfg {
 namespace {

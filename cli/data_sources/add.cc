@@ -1,11 +1,10 @@
 #include <algorithm>
-#include <memory>
 
+#include "cli/command_error.h"
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
 #include "cli/data_sources/name_checks.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
@@ -80,22 +79,19 @@ void add(const AddOptions& options) {
 
 }  // namespace
 
-void register_add(CLI::App& app) {
-  auto options = std::make_shared<AddOptions>();
-  CLI::App* command = app.add_subcommand("add", "Add a data source and print its identifier")
-                          ->footer(
-                              "Example:\n  devcfg add till-1 --type pos-serial --name \"Till 1\" "
-                              "--channel 0:cam-01:Entrance");
-  command->add_option_function<std::string>(
-      "ID", [options](const std::string& id) { options->id = id; },
-      "Its identifier; without one a new identifier is made");
-  command->add_option("--type", options->type, "Its kind, for instance pos-serial")->required();
-  command->add_option("--name", options->name, kNameHelp)->required();
-  command->add_option("--description", options->description, kDescriptionHelp);
-  add_channel_options(*command, options->channels);
-  command->add_flag("--disabled", options->disabled, "Add it switched off");
-  command->add_flag("--json", options->json, "Print {\"vault_id\": ...}");
-  command->callback([options] { add(*options); });
+void add_add_command(Command root) {
+  const Command command = root.subcommand("add", "Add a data source and print its identifier");
+  AddOptions& options = command.run(add);
+  command.argument("ID", options.id, "Its identifier; without one a new identifier is made");
+  command.option("--type", options.type, "Its kind, for instance pos-serial").required();
+  command.option("--name", options.name, kNameHelp).required();
+  command.option("--description", options.description, kDescriptionHelp);
+  add_channel_options(command, options.channels);
+  command.flag("--disabled", options.disabled, "Add it switched off");
+  command.flag("--json", options.json, "Print {\"vault_id\": ...}");
+  command.footer(
+      "Example:\n  devcfg add till-1 --type pos-serial --name \"Till 1\" "
+      "--channel 0:cam-01:Entrance");
 }
 
 }  // namespace devcfg

@@ -17,7 +17,7 @@ json_object* parse_channel(const std::string& text) {
   const char* index_end = text.data() + std::min(first, text.size());
   const auto read = std::from_chars(text.data(), index_end, channel.channel_index);
   if (second == std::string::npos || read.ec != std::errc() || read.ptr != index_end) {
-    throw CLI::ValidationError("--channel", in_quotes(text) + " is not INDEX:GUID:NAME");
+    throw UsageError("--channel: " + in_quotes(text) + " is not INDEX:GUID:NAME");
   }
   channel.guid = text.substr(first + 1, second - first - 1);
   channel.name = text.substr(second + 1);
@@ -26,16 +26,15 @@ json_object* parse_channel(const std::string& text) {
 
 }  // namespace
 
-void add_channel_options(CLI::App& command, ChannelOptions& options) {
+void add_channel_options(Command command, ChannelOptions& options, const std::string& file_help) {
   command
-      .add_option_function<std::string>(
-          "--channels", [&options](const std::string& file) { options.file = file; },
-          "The camera channels from a JSON file (- is standard input):\n"
-          "[{\"channel_index\": 0, \"guid\": \"cam-01\", \"name\": \"Entrance\"}, ...]")
-      ->type_name("FILE");
-  command.add_option("--channel", options.single, "One channel; may be given several times")
-      ->type_name("INDEX:GUID:NAME")
-      ->allow_extra_args(false);
+      .option("--channels", options.file,
+              "The camera channels from a JSON file (- is standard input):\n"
+              "[{\"channel_index\": 0, \"guid\": \"cam-01\", \"name\": \"Entrance\"}, ...]" +
+                  file_help)
+      .value_name("FILE");
+  command.option("--channel", options.single, "One channel; may be given several times")
+      .value_name("INDEX:GUID:NAME");
 }
 
 Json read_channel_options(const ChannelOptions& options) {

@@ -1,13 +1,11 @@
 // Channel lists: as options of a command, as JSON, as records.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/command_line.h"
 #include "cli/json.h"
 #include "cli/json_fields.h"
 #include "cli/vault.h"
@@ -21,7 +19,9 @@ struct ChannelOptions {
 
   bool given() const { return file.has_value() || !single.empty(); }
 };
-void add_channel_options(CLI::App& command, ChannelOptions& options);
+// `file_help`: a further line for the help of --channels.
+void add_channel_options(Command command, ChannelOptions& options,
+                         const std::string& file_help = "");
 
 // The list that the options ask for, checked; a null pointer when they ask for none. Refusal when
 // the library would not take it, wrong usage when a --channel is none.

@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "cli/data_sources/commands.h"
 #include "cli/output.h"
 #include "cli/vault.h"
@@ -11,7 +9,7 @@ std::string length_member(json_object* object, const char* key) {
   return std::to_string(json_object_array_length(member(object, key)));
 }
 
-void list(bool json) {
+void list(const bool& json) {
   const Json document = all_data_sources_document();
   if (json) {
     print_json(document.get());
@@ -37,12 +35,11 @@ void list(bool json) {
 
 }  // namespace
 
-void register_list(CLI::App& app) {
-  auto json = std::make_shared<bool>(false);
-  CLI::App* command = app.add_subcommand("list", "List the data sources, by index")
-                          ->footer("Example:\n  devcfg list --json");
-  command->add_flag("--json", *json, "Print the library's whole document: {\"vault_list\": [...]}");
-  command->callback([json] { list(*json); });
+void add_list_command(Command root) {
+  const Command command = root.subcommand("list", "List the data sources, by index");
+  bool& json = command.run(list);
+  command.flag("--json", json, "Print the library's whole document: {\"vault_list\": [...]}");
+  command.footer("Example:\n  devcfg list --json");
 }
 
 }  // namespace devcfg

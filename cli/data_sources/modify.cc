@@ -1,10 +1,8 @@
-#include <memory>
-
+#include "cli/command_error.h"
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
 #include "cli/data_sources/name_checks.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
@@ -23,7 +21,7 @@ struct ModifyOptions {
 
 void check_options(const ModifyOptions& options) {
   if (!options.edits_texts() && !options.edits_enable() && !options.channels.given()) {
-    throw CLI::ValidationError("modify", "nothing to change is given");
+    throw UsageError("modify: nothing to change is given");
   }
   if (options.name) {
     check_name(*options.name);
@@ -107,26 +105,20 @@ void modify(const ModifyOptions& options) {
 
 }  // namespace
 
-void register_modify(CLI::App& app) {
-  auto options = std::make_shared<ModifyOptions>();
-  CLI::App* command = app.add_subcommand("modify", "Change a data source; what is not given stays")
-                          ->footer(
-                              "Example:\n  devcfg modify till-1 --name \"Front till\" "
-                              "--disable");
-  command->add_option("ID", options->id, "Its identifier")->required();
-  command->add_option_function<std::string>(
-      "--name", [options](const std::string& name) { options->name = name; },
-      std::string(kNameHelp) + "; no other data source may have it");
-  command->add_option_function<std::string>(
-      "--description", [options](const std::string& text) { options->description = text; },
-      std::string(kDescriptionHelp) + "; \"\" clears it");
-  auto* enable = command->add_flag("--enable", options->enable, "Switch it on");
-  command->add_flag("--disable", options->disable, "Switch it off")->excludes(enable);
-  add_channel_options(*command, options->channels);
-  command->get_option("--channels")
-      ->description(command->get_option("--channels")->get_description() +
-                    "\nThe new channels replace all old ones; [] removes them");
-  command->callback([options] { modify(*options); });
+void add_modify_command(Command root) {
+  const Command command =
+      root.subcommand("modify", "Change a data source; what is not given stays");
+  ModifyOptions& options = command.run(modify);
+  command.argument("ID", options.id, "Its identifier");
+  command.option("--name", options.name,
+                 std::string(kNameHelp) + "; no other data source may have it");
+  command.option("--description", options.description,
+                 std::string(kDescriptionHelp) + "; \"\" clears it");
+  const Option enable = command.flag("--enable", options.enable, "Switch it on");
+  command.flag("--disable", options.disable, "Switch it off").excludes(enable);
+  add_channel_options(command, options.channels,
+                      "\nThe new channels replace all old ones; [] removes them");
+  command.footer("Example:\n  devcfg modify till-1 --name \"Front till\" --disable");
 }
 
 }  // namespace devcfg

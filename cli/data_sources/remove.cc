@@ -1,10 +1,9 @@
 #include <algorithm>
-#include <memory>
 
+#include "cli/command_error.h"
 #include "cli/data_sources/commands.h"
 #include "cli/output.h"
 #include "cli/raw_arguments.h"
-#include "cli/command_error.h"
 #include "cli/vault.h"
 
 namespace devcfg {
@@ -42,22 +41,23 @@ void refuse_brackets() {
   }
 }
 
+void remove(const std::vector<std::string>& ids) {
+  refuse_brackets();
+  for (const DataSource& data_source : find_all(ids)) {
+    remove_one(data_source);
+  }
+}
+
 }  // namespace
 
-void register_remove(CLI::App& app) {
-  auto ids = std::make_shared<std::vector<std::string>>();
-  CLI::App* command =
-      app.add_subcommand("remove", "Remove data sources with their channels and filters")
-          ->footer(
-              "Nothing is removed when one of the identifiers is unknown.\n"
-              "Example:\n  devcfg remove till-1 till-2");
-  command->add_option("ID", *ids, "The identifiers")->required();
-  command->callback([ids] {
-    refuse_brackets();
-    for (const DataSource& data_source : find_all(*ids)) {
-      remove_one(data_source);
-    }
-  });
+void add_remove_command(Command root) {
+  const Command command =
+      root.subcommand("remove", "Remove data sources with their channels and filters");
+  std::vector<std::string>& ids = command.run(remove);
+  command.argument("ID", ids, "The identifiers");
+  command.footer(
+      "Nothing is removed when one of the identifiers is unknown.\n"
+      "Example:\n  devcfg remove till-1 till-2");
 }
 
 }  // namespace devcfg

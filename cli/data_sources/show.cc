@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
 #include "cli/filters/filter_list.h"
@@ -58,15 +56,14 @@ void show(const ShowOptions& options) {
 
 }  // namespace
 
-void register_show(CLI::App& app) {
-  auto options = std::make_shared<ShowOptions>();
-  CLI::App* command =
-      app.add_subcommand("show", "Show one data source with its channels and filters")
-          ->footer("Example:\n  devcfg show till-1");
-  command->add_option("ID", options->id, "Its identifier")->required();
-  command->add_flag("--json", options->json,
-                    "Print the library's document: {\"vault_list\": [...]} with one entry");
-  command->callback([options] { show(*options); });
+void add_show_command(Command root) {
+  const Command command =
+      root.subcommand("show", "Show one data source with its channels and filters");
+  ShowOptions& options = command.run(show);
+  command.argument("ID", options.id, "Its identifier");
+  command.flag("--json", options.json,
+               "Print the library's document: {\"vault_list\": [...]} with one entry");
+  command.footer("Example:\n  devcfg show till-1");
 }
 
 }  // namespace devcfg

@@ -1,7 +1,7 @@
 #include "cli/data_sources/vault_change.h"
 
-#include "cli/output.h"
 #include "cli/command_error.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <memory>
 
+#include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 #include "cli/schema/lost_properties.h"
 #include "cli/schema/table_reader.h"
 
@@ -147,13 +147,13 @@ void print_statement(std::string statement) {
   std::puts((isatty(STDOUT_FILENO) != 0 ? visible(line) : line).c_str());
 }
 
-void upgrade(Options options) {
+void upgrade(const Options& options) {
   const Columns current = load(options.file, options.table);
   const Columns wanted = load(options.wanted_file, options.table);
   const Columns missing = compare(*current, *wanted);
   const std::vector<std::string> statements = upgrade_statements(options, *current, *missing);
-  if (!options.dry_run &&
-      devcfg_update_table(missing.get(), options.table.data(), options.file.data()) != 0) {
+  std::string file = options.file, table = options.table;
+  if (!options.dry_run && devcfg_update_table(missing.get(), table.data(), file.data()) != 0) {
     throw partial_upgrade(options, *missing);
   }
   for (const std::string& statement : statements) {
@@ -161,40 +161,46 @@ void upgrade(Options options) {
   }
 }
 
-CLI::App* add_command(CLI::App& family, const char* name, const char* description,
-                      const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
-  CLI::App* command = family.add_subcommand(name, description);
-  command->add_option("file", options->file, "The SQLite database file")->required();
-  command->add_option("table", options->table, "The table, exactly as it is named")->required();
-  command->callback([options, run] { run(*options); });
-  return command;
+struct TableCommand {
+  Command command;
+  Options& options;
+};
+
+TableCommand add_command(Command family, const char* name, const char* help,
+                         void (*run)(const Options&)) {
+  const Command command = family.subcommand(name, help);
+  Options& options = command.run(run);
+  command.argument("file", options.file, "The SQLite database file");
+  command.argument("table", options.table, "The table, exactly as it is named");
+  return {command, options};
 }
 
-void add_wanted_file(CLI::App* command, const std::shared_ptr<Options>& options) {
-  command->add_option("wanted_file", options->wanted_file, "A database with the wanted table")
-      ->required();
+void add_wanted_file(const TableCommand& added) {
+  added.command.argument("wanted_file", added.options.wanted_file,
+                         "A database with the wanted table");
+}
+
+void add_json(const TableCommand& added) {
+  added.command.flag("--json", added.options.json, "Print JSON");
 }
 
 }  // namespace
 
-void add_schema_commands(CLI::App& app) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* family = app.add_subcommand("schema", "Columns of an SQLite table");
-  family->require_subcommand(1);
+void add_schema_commands(Command root) {
+  const Command family = root.group("schema", "Columns of an SQLite table");
+  add_json(add_command(family, "show", "List the columns of a table", show));
 
-  CLI::App* shown = add_command(*family, "show", "List the columns of a table", options, show);
-  CLI::App* compared = add_command(
-      *family, "diff", "List the columns that a table lacks; exit status 1 when there are any",
-      options, diff);
-  add_wanted_file(compared, options);
-  for (CLI::App* command : {shown, compared}) {
-    command->add_flag("--json", options->json, "Print JSON");
-  }
-  CLI::App* upgraded = add_command(*family, "upgrade",
-                                   "Add the columns that a table lacks, and print the statements",
-                                   options, [](const Options& chosen) { upgrade(chosen); });
-  add_wanted_file(upgraded, options);
-  upgraded->add_flag("--dry-run", options->dry_run, "Print the statements, change nothing");
+  const TableCommand compared =
+      add_command(family, "diff",
+                  "List the columns that a table lacks; exit status 1 when there are any", diff);
+  add_wanted_file(compared);
+  add_json(compared);
+
+  const TableCommand upgraded = add_command(
+      family, "upgrade", "Add the columns that a table lacks, and print the statements", upgrade);
+  add_wanted_file(upgraded);
+  upgraded.command.flag("--dry-run", upgraded.options.dry_run,
+                        "Print the statements, change nothing");
 }
 
 }  // namespace devcfg

@@ -6,8 +6,8 @@
 #include <iostream>
 #include <iterator>
 
-#include "cli/output.h"
 #include "cli/command_error.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {

@@ -1,10 +1,9 @@
 #include <cstdio>
-#include <memory>
 
-#include "cli/output.h"
 #include "cli/command_error.h"
+#include "cli/output.h"
+#include "cli/tree/commands.h"
 #include "cli/tree/device_fields.h"
-#include "cli/tree/tree_commands.h"
 #include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
@@ -72,11 +71,12 @@ void list_nodes(const Settings& settings) {
   }
 }
 
-void find_node(Settings settings) {
+void find_node(const Settings& settings) {
   const TreeFile tree(kCfgRead, settings.file);
-  const int number = find_device_exist(tree.handle(), settings.wanted.data());
+  std::string wanted = settings.wanted;
+  const int number = find_device_exist(tree.handle(), wanted.data());
   for (const std::string& node : node_names(tree)) {
-    if (number >= 0 && node_number(node) == number && device_id(tree, node) == settings.wanted) {
+    if (number >= 0 && node_number(node) == number && device_id(tree, node) == wanted) {
       print_line(node);
       return;
     }
@@ -126,32 +126,28 @@ void show_node(const Settings& settings) {
   print_json(object.get());
 }
 
-void add_file_option(CLI::App& command, const std::shared_ptr<Settings>& settings) {
-  command.add_option("--file", settings->file, "Another device tree than the system's");
+// The options of a subcommand that reads the tree.
+Settings& add_command(Command command, void (*run)(const Settings&)) {
+  Settings& settings = command.run(run);
+  command.option("--file", settings.file, "Another device tree than the system's");
+  return settings;
 }
 
 }  // namespace
 
-void add_show_commands(CLI::App& tree) {
-  auto settings = std::make_shared<Settings>();
+void add_tree_show_commands(Command tree) {
+  const Command nodes = tree.subcommand("nodes", "List the nodes");
+  Settings& nodes_settings = add_command(nodes, list_nodes);
+  nodes.flag("--json", nodes_settings.json, "Print JSON");
 
-  CLI::App* nodes = tree.add_subcommand("nodes", "List the nodes");
-  add_file_option(*nodes, settings);
-  nodes->add_flag("--json", settings->json, "Print JSON");
-  nodes->callback([=] { list_nodes(*settings); });
+  const Command find = tree.subcommand("find", "Tell the node of a device");
+  find.argument("ID", add_command(find, find_node).wanted, "The device's identifier");
 
-  CLI::App* find = tree.add_subcommand("find", "Tell the node of a device");
-  add_file_option(*find, settings);
-  find->add_option("ID", settings->wanted, "The device's identifier")->required();
-  find->callback([=] { find_node(*settings); });
-
-  CLI::App* show = tree.add_subcommand("show", "Show the values of a node");
-  add_file_option(*show, settings);
-  show->add_option("NODE", settings->wanted, "The name of a node, as device_007, or its number")
-      ->required();
-  show->add_flag("--json", settings->json, "Print JSON");
-  show->add_flag("--show-password", settings->show_password, "Show the password in clear");
-  show->callback([=] { show_node(*settings); });
+  const Command show = tree.subcommand("show", "Show the values of a node");
+  Settings& settings = add_command(show, show_node);
+  show.argument("NODE", settings.wanted, "The name of a node, as device_007, or its number");
+  show.flag("--json", settings.json, "Print JSON");
+  show.flag("--show-password", settings.show_password, "Show the password in clear");
 }
 
 }  // namespace devcfg

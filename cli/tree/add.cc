@@ -2,11 +2,11 @@
 #include <cstdio>
 #include <iostream>
 #include <map>
-#include <memory>
+#include <optional>
 
 #include "cli/command_error.h"
+#include "cli/tree/commands.h"
 #include "cli/tree/device_fields.h"
-#include "cli/tree/tree_commands.h"
 #include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
@@ -14,10 +14,9 @@ namespace {
 
 struct Settings {
   std::string file = system_device_tree();
-  std::map<std::string, std::string> values;  // by DeviceField::option
+  std::map<std::string, std::optional<std::string>> values;  // by DeviceField::option
   bool disabled = false;
   bool read_password = false;
-  std::string password;
 };
 
 int free_number(const TreeFile& tree) {
@@ -49,25 +48,27 @@ std::string read_password() {
   return password;
 }
 
-void store_values(const TreeFile& tree, const std::string& node, const Settings& settings) {
+void store_values(const TreeFile& tree, const std::string& node, const Settings& settings,
+                  const std::optional<std::string>& password) {
   // A number that was used before may have left its values behind.
   xmlcfg_remove(tree.handle(), "device", node.c_str(), nullptr);
   for (const DeviceField& field : device_fields()) {
-    if (const auto given = settings.values.find(field.option); given != settings.values.end()) {
-      store(tree, node, field, given->second);
+    if (const auto& value = settings.values.at(field.option)) {
+      store(tree, node, field, *value);
     }
   }
-  if (settings.read_password) {
-    store(tree, node, password_field(), settings.password);
+  if (password) {
+    store(tree, node, password_field(), *password);
   }
   xmlcfg_set_str(tree.handle(), settings.disabled ? "false" : "true", "device", node.c_str(),
                  "enable", nullptr);
 }
 
-void add_node(Settings settings) {
-  std::string id = settings.values.at("id");
+void add_node(const Settings& settings) {
+  std::string id = settings.values.at("id").value();
+  std::optional<std::string> password;
   if (settings.read_password) {
-    settings.password = read_password();  // other writers do not wait for a person
+    password = read_password();  // before the tree is locked: a person may be slow
   }
   TreeFile tree(kCfgChange, settings.file);
   if (find_device_exist(tree.handle(), id.data()) >= 0) {
@@ -75,7 +76,7 @@ void add_node(Settings settings) {
   }
   const int number = free_number(tree);
   char top[] = "device";
-  store_values(tree, node_name(number), settings);
+  store_values(tree, node_name(number), settings, password);
   add_device_node(tree.handle(), number, top);
   if (find_device_exist(tree.handle(), id.data()) != number) {
     throw Refusal("the node list of the device tree is full");
@@ -85,49 +86,41 @@ void add_node(Settings settings) {
 }
 
 // What programs read is cut to the size of their buffers.
-CLI::Validator shorter_than(std::size_t size_bytes) {
-  return {[size_bytes](std::string& text) -> std::string {
-            return text.size() < size_bytes
-                       ? ""
-                       : "takes at most " + std::to_string(size_bytes - 1) + " bytes";
-          },
-          ""};
+Option::Check shorter_than(std::size_t size_bytes) {
+  return [size_bytes](const std::string& text) {
+    return text.size() < size_bytes ? ""
+                                    : "takes at most " + std::to_string(size_bytes - 1) + " bytes";
+  };
 }
 
-CLI::Validator an_identifier() {
-  return {[](std::string& text) -> std::string {
-            return text.empty() || text == kNoValue ? "stands for no device" : "";
-          },
-          ""};
+std::string check_identifier(const std::string& text) {
+  return text.empty() || text == kNoValue ? "stands for no device" : "";
 }
 
-void add_value(CLI::App& command, const std::shared_ptr<Settings>& settings,
-               const DeviceField& field) {
-  const std::string option = field.option;
-  const bool is_id = option == "id";
-  CLI::Option* value = command.add_option_function<std::string>(
-      is_id ? "ID" : "--" + option,
-      [settings, option](const std::string& text) { settings->values[option] = text; },
-      field.meaning);
-  value->check(shorter_than(field.size_bytes));
-  if (is_id) {
-    value->required()->check(an_identifier());
+void add_value(Command command, const DeviceField& field, std::optional<std::string>& value) {
+  if (std::string(field.option) == "id") {
+    command.argument("ID", value, field.meaning)
+        .check(shorter_than(field.size_bytes))
+        .check(check_identifier)
+        .required();
+  } else {
+    command.option(std::string("--") + field.option, value, field.meaning)
+        .check(shorter_than(field.size_bytes));
   }
 }
 
 }  // namespace
 
-void add_add_command(CLI::App& tree) {
-  auto settings = std::make_shared<Settings>();
-  CLI::App* command = tree.add_subcommand("add", "Add a device at the first free node");
+void add_tree_add_command(Command tree) {
+  const Command command = tree.subcommand("add", "Add a device at the first free node");
+  Settings& settings = command.run(add_node);
   for (const DeviceField& field : device_fields()) {
-    add_value(*command, settings, field);
+    add_value(command, field, settings.values[field.option]);
   }
-  command->add_flag("--password-stdin", settings->read_password,
-                    "Read the password at the device from standard input");
-  command->add_flag("--disabled", settings->disabled, "Add it switched off");
-  command->add_option("--file", settings->file, "Another device tree than the system's");
-  command->callback([=] { add_node(*settings); });
+  command.flag("--password-stdin", settings.read_password,
+               "Read the password at the device from standard input");
+  command.flag("--disabled", settings.disabled, "Add it switched off");
+  command.option("--file", settings.file, "Another device tree than the system's");
 }
 
 }  // namespace devcfg
