@@ -28,16 +28,6 @@ json_object* json_array(const std::vector<Record>& records, json_object* (*build
   return array;
 }
 
-// The member of an object; null when it is missing.
-inline json_object* member(json_object* object, const char* key) {
-  return json_object_object_get(object, key);
-}
-
-// The text of a member that is there.
-inline std::string text_member(json_object* object, const char* key) {
-  return json_object_get_string(member(object, key));
-}
-
 // The document as text, indented, without a line feed at its end.
 inline const char* document_text(json_object* document) {
   return json_object_to_json_string_ext(

@@ -6,12 +6,15 @@
 #include <cstring>
 
 #include "cli/command_error.h"
-#include "cli/file.h"
 
 namespace devcfg {
 namespace {
 
 constexpr int kMaxDepth = 32;
+
+struct FileClose {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
 
 struct TokenerRelease {
   void operator()(json_tokener* tokener) const { json_tokener_free(tokener); }
@@ -41,7 +44,7 @@ std::string read_file(const std::string& name) {
   if (name == "-") {
     return read_all(stdin, name);
   }
-  const File file(std::fopen(name.c_str(), "rbe"));
+  const std::unique_ptr<std::FILE, FileClose> file(std::fopen(name.c_str(), "rbe"));
   if (file == nullptr) {
     refuse(name, std::strerror(errno));
   }

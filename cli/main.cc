@@ -80,10 +80,6 @@ int run(int argc, char** argv) {
   return status;
 }
 
-void report(const std::exception& error) {
-  std::fprintf(stderr, "devcfg: %s\n", devcfg::visible(error.what()).c_str());
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -93,11 +89,11 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const devcfg::UsageError& error) {
-    report(error);
+    devcfg::report(error.what());
     std::fputs("devcfg --help and devcfg COMMAND --help tell more\n", stderr);
     return kWrongUsage;
   } catch (const std::exception& error) {
-    report(error);
+    devcfg::report(error.what());
     return kFailed;
   }
 }

@@ -15,17 +15,16 @@ namespace devcfg {
 // U+FFFD, so that it is valid JSON, and standard error tells so.
 void print_json(json_object* document);
 
-// The text with its control characters made visible as \xNN: safe to print on a terminal. Line
-// feeds stay.
-std::string visible(const std::string& text);
-
-// Prints the text, made visible, and a line feed.
+// Prints the text, its control characters escaped but for line feeds, and a line feed.
 void print_line(const std::string& text);
+
+// The same on standard error, after "devcfg: ".
+void report(const std::string& message);
 
 inline const char* yes_or_no(bool value) { return value ? "yes" : "no"; }
 
-// "a, b, c"
-std::string joined(const std::vector<std::string>& texts);
+// The text between quotation marks.
+std::string in_quotes(const std::string& text);
 
 // "1 filter", "2 filters"
 std::string counted(std::size_t count, const std::string& noun);

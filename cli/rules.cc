@@ -100,7 +100,7 @@ void tell_unknown_device(const std::string& device_id, const std::vector<dev_fil
   if (std::none_of(devices.begin(), devices.end(), [&](const dev_filter& device) {
         return base::equal_ignoring_case(device.device_id, device_id);
       })) {
-    std::fprintf(stderr, "devcfg: there are no rules for %s\n", visible(device_id).c_str());
+    report("there are no rules for " + device_id);
   }
 }
 

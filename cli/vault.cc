@@ -1,6 +1,7 @@
 #include "cli/vault.h"
 
 #include "cli/command_error.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {
@@ -19,7 +20,7 @@ void require_text(const std::string& text, const char* what) {
 
 // The library shows a vault that became unreadable in between as one that holds nothing.
 Json require_entries(Json document, std::size_t expected) {
-  json_object* list = member(document.get(), "vault_list");
+  json_object* list = json_object_object_get(document.get(), "vault_list");
   if (list == nullptr || (expected > 0 && json_object_array_length(list) == 0)) {
     throw Refusal("the vault could not be read; --log tells why");
   }
@@ -79,7 +80,5 @@ Json data_source_document(const std::string& vault_id) {
 std::string did_not_arrive(const std::string& change) {
   return change + " did not arrive in the vault; --log tells why";
 }
-
-std::string in_quotes(const std::string& text) { return '"' + text + '"'; }
 
 }  // namespace devcfg

@@ -49,7 +49,4 @@ Json data_source_document(const std::string& vault_id);
 // Why a change that was made without a complaint is not found in the vault.
 std::string did_not_arrive(const std::string& change);
 
-// The text between quotation marks.
-std::string in_quotes(const std::string& text);
-
 }  // namespace devcfg

@@ -29,6 +29,10 @@
 #include "platform/export.h"
 #include "textfilter/rule.h"
 
+// Passes of one call until the limit ends it: at most kMaxFilterPasses + 1 replacements, then one
+// more for each further rule.
+inline constexpr std::size_t kMaxFilterPasses = 999;
+
 // What the functions without a capacity hold a filtered text to, in bytes, terminator included.
 inline constexpr std::size_t kFilteredTextBytes = 4'194'304;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/json_fields.h"
 #include "cli/json_file.h"
 #include "cli/output.h"
 
@@ -59,9 +60,9 @@ std::vector<Channel> sorted_channels(json_object* channel_list) {
   std::vector<Channel> channels(json_object_array_length(channel_list));
   for (std::size_t i = 0; i < channels.size(); ++i) {
     json_object* entry = json_object_array_get_idx(channel_list, i);
-    channels[i].channel_index = json_object_get_int(member(entry, "channel_index"));
-    channels[i].guid = text_member(entry, "guid");
-    channels[i].name = text_member(entry, "name");
+    channels[i].channel_index = base::int_field(entry, "channel_index");
+    channels[i].guid = base::string_field(entry, "guid");
+    channels[i].name = base::string_field(entry, "name");
   }
   std::sort(channels.begin(), channels.end(), [](const Channel& left, const Channel& right) {
     return left.channel_index < right.channel_index;

@@ -1,7 +1,10 @@
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 
-#include "cli/atomic_file.h"
+#include "base/atomic_file.h"
+#include "base/failure.h"
+#include "cli/command_error.h"
 #include "cli/data_sources/commands.h"
 #include "cli/data_sources/vault_document.h"
 #include "cli/output.h"
@@ -9,12 +12,36 @@
 namespace devcfg {
 namespace {
 
+namespace fs = std::filesystem;
+
+// Returns the file to replace: the target of a symbolic link, so that the link stays.
+fs::path target_of(const std::string& name) {
+  std::error_code error;
+  const fs::file_status status = fs::status(name, error);
+  if (!fs::exists(status)) {
+    return name;
+  }
+  if (!fs::is_regular_file(status)) {
+    throw Refusal("cannot write " + name + ": it is not a regular file");
+  }
+  const fs::path target = fs::canonical(name, error);
+  return error ? fs::path(name) : target;
+}
+
+void write_file(const std::string& name, const std::string& bytes) {
+  try {
+    base::write_file(target_of(name), bytes);
+  } catch (const base::Failure& failure) {
+    throw Refusal("cannot write " + name + ": " + failure.reason());
+  }
+}
+
 void export_vault(const std::optional<std::string>& file) {
   const Json document = vault_document(Vault().data_sources());
   if (file.value_or("-") == "-") {
     std::puts(document_text(document.get()));  // bytes as they are: import takes them back
   } else {
-    write_file_atomically(*file, std::string(document_text(document.get())) + '\n');
+    write_file(*file, std::string(document_text(document.get())) + '\n');
   }
 }
 

@@ -1,3 +1,4 @@
+#include "base/json_fields.h"
 #include "cli/data_sources/commands.h"
 #include "cli/output.h"
 #include "cli/vault.h"
@@ -6,7 +7,7 @@ namespace devcfg {
 namespace {
 
 std::string length_member(json_object* object, const char* key) {
-  return std::to_string(json_object_array_length(member(object, key)));
+  return std::to_string(json_object_array_length(json_object_object_get(object, key)));
 }
 
 void list(const bool& json) {
@@ -15,7 +16,7 @@ void list(const bool& json) {
     print_json(document.get());
     return;
   }
-  json_object* entries = member(document.get(), "vault_list");
+  json_object* entries = json_object_object_get(document.get(), "vault_list");
   const std::size_t length = json_object_array_length(entries);
   if (length == 0) {
     print_line("no data sources");
@@ -24,11 +25,11 @@ void list(const bool& json) {
   Table table({"INDEX", "ID", "NAME", "TYPE", "ENABLED", "CHANNELS", "FILTERS", "LAST RECEIVED"});
   for (std::size_t i = 0; i < length; ++i) {
     json_object* entry = json_object_array_get_idx(entries, i);
-    table.add_row({text_member(entry, "index"), text_member(entry, "vault_id"),
-                   text_member(entry, "vault_name"), text_member(entry, "type"),
-                   yes_or_no(json_object_get_boolean(member(entry, "enable")) != 0),
+    table.add_row({base::string_field(entry, "index"), base::string_field(entry, "vault_id"),
+                   base::string_field(entry, "vault_name"), base::string_field(entry, "type"),
+                   yes_or_no(json_object_get_boolean(json_object_object_get(entry, "enable")) != 0),
                    length_member(entry, "channel_guid_list"), length_member(entry, "filter"),
-                   text_member(member(entry, "status"), "last_recv_date")});
+                   base::string_field(json_object_object_get(entry, "status"), "last_recv_date")});
   }
   table.print();
 }

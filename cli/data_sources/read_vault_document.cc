@@ -3,6 +3,7 @@
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/vault_document.h"
 #include "cli/filters/filter_list.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {

@@ -1,3 +1,4 @@
+#include "base/json_fields.h"
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
 #include "cli/filters/filter_list.h"
@@ -14,11 +15,12 @@ struct ShowOptions {
 // The moment in local time, as the list of all data sources tells it; "never" for none.
 std::string last_received(const std::string& vault_id) {
   const Json document = all_data_sources_document();
-  json_object* entries = member(document.get(), "vault_list");
+  json_object* entries = json_object_object_get(document.get(), "vault_list");
   for (std::size_t i = 0; i < json_object_array_length(entries); ++i) {
     json_object* entry = json_object_array_get_idx(entries, i);
-    if (text_member(entry, "vault_id") == vault_id) {
-      const std::string date = text_member(member(entry, "status"), "last_recv_date");
+    if (base::string_field(entry, "vault_id") == vault_id) {
+      const std::string date =
+          base::string_field(json_object_object_get(entry, "status"), "last_recv_date");
       return date.empty() ? "never" : date;
     }
   }

@@ -52,8 +52,8 @@ void FrameDecoder::write_frame(const unsigned char* frame, std::size_t frame_byt
 
 void FrameDecoder::report_gap() {
   if (gap_bytes_ > 0) {
-    std::fprintf(stderr, "devcfg: skipped %s at offset %zu\n", counted(gap_bytes_, "byte").c_str(),
-                 offset_ - gap_bytes_);
+    report("skipped " + counted(gap_bytes_, "byte") + " at offset " +
+           std::to_string(offset_ - gap_bytes_));
   }
   skipped_bytes_ += gap_bytes_;
   gap_bytes_ = 0;

@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <memory>
 
+#include "base/ascii_case.h"
+#include "base/control_characters.h"
+#include "base/strings.h"
 #include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
@@ -46,7 +49,7 @@ Columns compare(table_info& current, table_info& wanted) {
 // The column that makes SQLite refuse the name: it does not tell apart the case of letters.
 const char* find_clash(const table_info& current, const char* name) {
   for (int i = 0; i < current.col_count; ++i) {
-    if (is_same_name(current.col_name[i], name)) {
+    if (base::equal_ignoring_case(current.col_name[i], name)) {
       return current.col_name[i];
     }
   }
@@ -83,7 +86,7 @@ void print_missing(const table_info& missing, LostProperties& lost, bool json) {
     json_object* object = column_object(missing, i);
     json_object_object_add(object, "lost", json_array(properties, json_text));
     json_object_array_add(array.get(), object);
-    table.add_row({missing.col_name[i], missing.col_type[i], joined(properties)});
+    table.add_row({missing.col_name[i], missing.col_type[i], base::join(properties, ", ")});
   }
   if (json) {
     print_json(array.get());
@@ -105,8 +108,8 @@ void diff(const Options& options) {
   print_missing(*missing, lost, options.json);
   if (missing->col_count > 0) {
     if (!lost.of_table.empty()) {
-      std::fprintf(stderr, "devcfg: the wanted table also has, and added columns do not get: %s\n",
-                   joined(lost.of_table).c_str());
+      report("the wanted table also has, and added columns do not get: " +
+             base::join(lost.of_table, ", "));
     }
     throw NegativeAnswer();
   }
@@ -144,7 +147,10 @@ Refusal partial_upgrade(const Options& options, const table_info& missing) {
 void print_statement(std::string statement) {
   statement.erase(statement.find_last_not_of(' ') + 1);
   const std::string line = statement + ";";
-  std::puts((isatty(STDOUT_FILENO) != 0 ? visible(line) : line).c_str());
+  std::puts((isatty(STDOUT_FILENO) != 0
+                 ? base::escape_control_characters(line, base::LineFeeds::kKeep)
+                 : line)
+                .c_str());
 }
 
 void upgrade(const Options& options) {

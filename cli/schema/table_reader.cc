@@ -1,24 +1,10 @@
 #include "cli/schema/table_reader.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "cli/command_error.h"
 
 namespace devcfg {
-namespace {
-
-char lower(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
-}  // namespace
-
-bool is_same_name(const std::string& left, const std::string& right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char one, char other) { return lower(one) == lower(other); });
-}
-
 TableReader::TableReader(const std::string& path, const std::string& table)
     : path_(path), db_(path.c_str()) {
   // SQLite would create it.

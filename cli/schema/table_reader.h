@@ -7,9 +7,6 @@
 
 namespace devcfg {
 
-// Equal to SQLite: it does not tell apart the case of ASCII letters, whatever the locale.
-bool is_same_name(const std::string& left, const std::string& right);
-
 class TableReader {
  public:
   // Throws Refusal, which tells whether the file is missing, locked, no database, or without such a

@@ -1,9 +1,8 @@
-#include <cstdio>
-
 #include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/text/text_stream.h"
+#include "cli/vault.h"
 
 namespace devcfg {
 namespace {
@@ -14,24 +13,11 @@ struct FilterTextOptions {
   bool hits = false;
 };
 
-// Rules are read without a status: none may also mean that there is no such vault, or that it
-// cannot be read.
-void require_that_it_has_no_filters(const std::string& id) {
-  CDataSource vault;
-  std::vector<metadata_vault::DataSource> found;
-  int status = vault.init();
-  if (status == metadata_vault::kVaultOk) {
-    status = vault.query_data_source(id, "", found);
-  }
-  vault.release();
-  if (status != metadata_vault::kVaultOk) {
-    throw Refusal("the vault database cannot be read", status);
-  }
-  if (found.empty()) {
-    throw Refusal("there is no data source \"" + id + "\"");
-  }
-  if (!found.front().filter.empty()) {
-    throw Refusal("the filters of \"" + id + "\" cannot be read");
+// Rules are read without a status: none may also mean that there is no such data source, or that
+// the vault cannot be read.
+void require_no_filters(const std::string& id) {
+  if (!stored_data_source(id).filter.empty()) {
+    throw Refusal("the filters of " + in_quotes(id) + " cannot be read");
   }
 }
 
@@ -43,7 +29,7 @@ void filter_text(const FilterTextOptions& options) {
     throw Refusal("the ID is empty");
   }
   if (rules.empty() && rules_result == kDevcfgOk) {
-    require_that_it_has_no_filters(id);
+    require_no_filters(id);
   }
   TextStream stream(rules);
   options.whole ? stream.filter_whole() : stream.filter_lines();
@@ -51,8 +37,8 @@ void filter_text(const FilterTextOptions& options) {
     stream.print_hits();
   }
   if (const std::size_t count = stream.limited_texts(); count > 0) {
-    std::fprintf(stderr, "devcfg: more than 999 passes in %zu %s: occurrences may be left\n", count,
-                 count == 1 ? "text" : "texts");
+    report("more than " + std::to_string(kMaxFilterPasses) + " passes in " +
+           counted(count, "text") + ": occurrences may be left");
   }
   if (rules_result != kDevcfgOk) {
     throw Refusal("only the first " + std::to_string(rules.size()) + " filters were applied",

@@ -6,21 +6,19 @@
 #include <iostream>
 #include <iterator>
 
+#include "base/control_characters.h"
 #include "cli/command_error.h"
 #include "cli/output.h"
 
 namespace devcfg {
 namespace {
 
-// Replacements of one call at most, but for one more of each rule.
-constexpr std::size_t kReplacements = 1000;
-
 std::size_t longest_growth(const std::vector<rule>& rules) {
   std::size_t longest = 0;
   for (const rule& each : rules) {
     longest = std::max(longest, strnlen(each.result, kRuleTextBytes));
   }
-  return (kReplacements + rules.size()) * longest;
+  return (kMaxFilterPasses + 1 + rules.size()) * longest;
 }
 
 void write_all(const char* bytes, std::size_t size) {
@@ -84,8 +82,9 @@ void TextStream::write_filtered(const std::string& text) {
 void TextStream::print_hits() const {
   std::fprintf(stderr, "%10s  rule\n", "hits");
   for (std::size_t i = 0; i < rules_.size(); ++i) {
-    std::fprintf(stderr, "%10zu  \"%s\" -> \"%s\"\n", hits_[i], visible(rules_[i].target).c_str(),
-                 visible(rules_[i].result).c_str());
+    const std::string words = in_quotes(rules_[i].target) + " -> " + in_quotes(rules_[i].result);
+    std::fprintf(stderr, "%10zu  %s\n", hits_[i],
+                 base::escape_control_characters(words, base::LineFeeds::kKeep).c_str());
   }
 }
 
