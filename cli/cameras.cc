@@ -12,7 +12,7 @@ struct RenamedCamera {
 };
 
 std::string channels_of(std::size_t count, const std::string& guid) {
-  return counted(count, "channel") + " of camera " + guid;
+  return pluralize(count, "channel") + " of camera " + guid;
 }
 
 void removed(const std::string& camera) {
@@ -20,7 +20,7 @@ void removed(const std::string& camera) {
   const std::size_t before = Vault().channels_of_camera(guid).size();
   notify_camera_removed(guid.data());
   if (!Vault().channels_of_camera(guid).empty()) {
-    throw Refusal(did_not_arrive("the removal of camera " + in_quotes(guid)));
+    throw CommandError(not_stored("the removal of camera " + in_quotes(guid)));
   }
   print_line("removed " + channels_of(before, guid));
 }
@@ -28,14 +28,14 @@ void removed(const std::string& camera) {
 void renamed(const RenamedCamera& camera) {
   std::string guid = camera.guid;
   std::string name = camera.name;
-  Vault().channels_of_camera(guid);  // a vault that cannot be read is told in its own words
+  Vault().channels_of_camera(guid);  // throws when the vault cannot be read
   if (const int result = notify_camera_modified(guid.data(), name.data(), 0); result != kDevcfgOk) {
-    throw Refusal("camera " + in_quotes(guid) + " was not renamed", result);
+    throw CommandError("camera " + in_quotes(guid) + " was not renamed", result);
   }
   const std::vector<Channel> now = Vault().channels_of_camera(guid);
   for (const Channel& channel : now) {
     if (channel.name != name) {
-      throw Refusal(did_not_arrive("the new name of camera " + in_quotes(guid)));
+      throw CommandError(not_stored("the new name of camera " + in_quotes(guid)));
     }
   }
   print_line("renamed " + channels_of(now.size(), guid));
@@ -45,7 +45,7 @@ void renamed(const RenamedCamera& camera) {
 
 void add_camera_commands(Command root) {
   const Command family =
-      root.group("camera", "Tell what happened to a camera: its channels follow");
+      root.group("camera", "Update the channels of a camera that was removed or renamed");
 
   Command command =
       family.subcommand("removed", "Remove a camera's channels from every data source");

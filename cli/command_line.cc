@@ -5,11 +5,11 @@
 namespace devcfg {
 namespace {
 
-// An argument that is taken for an option, but may be meant as a text.
+// Returns advice for an argument that was parsed as an option, but may be meant as a value.
 std::string hint_at_dashes(const CLI::App& app) {
   for (const std::string& argument : app.remaining(true)) {
     if (argument.starts_with('-')) {
-      return "\na text that begins with a dash stands behind --: -- " + argument;
+      return "\nput -- before an argument that begins with a dash: -- " + argument;
     }
   }
   return "";

@@ -52,7 +52,7 @@ class Command {
  public:
   explicit Command(CLI::App* app) : app_(app) {}
 
-  // Adds a subcommand; it takes over the footer that this command has now.
+  // Adds a subcommand; without a footer of its own it has the one that this command has now.
   Command subcommand(const std::string& name, const std::string& help) const;
   // Adds a subcommand that only groups others: one of those has to be given.
   Command group(const std::string& name, const std::string& help) const;
@@ -68,8 +68,8 @@ class Command {
   Option argument(const std::string& name, std::vector<std::string>& values,
                   const std::string& help) const;
 
-  // Adds an option with a value, `name` with its dashes: the value stays as it is when the option
-  // is not given. One with several values is given once for each.
+  // Adds an option with a value; `name` includes the dashes. The value stays as it is when the
+  // option is not given. An option with several values is given once for each.
   Option option(const std::string& name, std::string& value, const std::string& help) const;
   Option option(const std::string& name, std::optional<std::string>& value,
                 const std::string& help) const;

@@ -2,8 +2,8 @@
 // of its own.
 //
 // A command does its work on exported functions only. It prints its result on standard output and
-// returns, or throws: Refusal for "refused or failed" (exit status 1), NegativeAnswer (the same
-// without a message), UsageError for wrong usage (exit status 2).
+// returns, or throws: CommandError for "refused or failed" (exit status 1), NegativeAnswer (the
+// same without a message), UsageError for wrong usage (exit status 2).
 #pragma once
 
 #include "cli/command_line.h"

@@ -45,11 +45,11 @@ void add_commands(devcfg::Command root) {
 }
 
 void declare(devcfg::Command root) {
-  // A command without a footer of its own takes this one.
+  // The footer of a command without its own.
   root.footer(kExitStatus);
   add_flags(root);
   add_commands(root);
-  // Last, since a subcommand takes over the footer that it finds.
+  // After the subcommands, since they have the footer that is set when they are added.
   root.footer(
       "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n" +
       std::string(kExitStatus) +
@@ -59,7 +59,7 @@ void declare(devcfg::Command root) {
       "  devcfg list");
 }
 
-// Without a setting texts would be shown as bytes: the vault's are UTF-8.
+// In the C locale the table would show UTF-8 as bytes.
 void choose_locale() {
   std::setlocale(LC_ALL, "");
   if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0) {
@@ -90,7 +90,7 @@ int main(int argc, char** argv) {
     return run(argc, argv);
   } catch (const devcfg::UsageError& error) {
     devcfg::report(error.what());
-    std::fputs("devcfg --help and devcfg COMMAND --help tell more\n", stderr);
+    std::fputs("see devcfg --help and devcfg COMMAND --help\n", stderr);
     return kWrongUsage;
   } catch (const std::exception& error) {
     devcfg::report(error.what());

@@ -1,15 +1,16 @@
-// devcfg metadata: what the metadata store holds.
+// devcfg metadata: the stored metadata.
 #include <cstdio>
 #include <string>
 
 #include "cli/command_error.h"
 #include "cli/commands.h"
+#include "cli/output.h"
 #include "orvaneip.h"
 
 namespace devcfg {
 namespace {
 
-// metadata_remove has no status to tell, the store itself does.
+// metadata_remove returns no status, the store itself does.
 void remove_metadata(const std::string& key) {
   CMetadata store;
   int status = store.init();
@@ -18,7 +19,7 @@ void remove_metadata(const std::string& key) {
   }
   store.release();
   if (status != metadata_vault::kVaultOk) {
-    throw Refusal("the metadata \"" + key + "\" was not removed", status);
+    throw CommandError("the metadata " + in_quotes(key) + " was not removed", status);
   }
   std::printf("metadata %s removed\n", key.c_str());
 }

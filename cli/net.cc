@@ -20,7 +20,7 @@ NetInfo ask() {
   const int result =
       get_nas_net_info(info.ip, &info.share_value_1, &info.app_value, &info.share_value_2);
   if (result != kDevcfgOk) {
-    throw Refusal("no network information", result);
+    throw CommandError("no network information", result);
   }
   return info;
 }

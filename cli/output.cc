@@ -38,7 +38,7 @@ void print_json(json_object* document) {
   const std::string text = document_text(document);
   const std::string valid = valid_utf8(text);
   if (valid != text) {
-    report("U+FFFD stands for bytes that are not UTF-8");
+    report("bytes that are not UTF-8 are printed as U+FFFD");
   }
   std::puts(valid.c_str());
 }
@@ -51,14 +51,15 @@ void report(const std::string& message) {
 
 std::string in_quotes(const std::string& text) { return '"' + text + '"'; }
 
-std::string counted(std::size_t count, const std::string& noun) {
+std::string pluralize(std::size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 void finish_output() {
   std::cout.flush();
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || !std::cout) {
-    throw Refusal("cannot write to standard output: " + std::generic_category().message(errno));
+    throw CommandError("cannot write to standard output: " +
+                       std::generic_category().message(errno));
   }
 }
 
@@ -81,10 +82,10 @@ Table Table::without_heading(std::size_t columns) {
 
 void Table::Release::operator()(libscols_table* table) const { scols_unref_table(table); }
 
-void Table::add_row(const std::vector<std::string>& texts) {
+void Table::add_row(const std::vector<std::string>& cells) {
   libscols_line* line = scols_table_new_line(table_.get(), nullptr);
-  for (std::size_t column = 0; column < texts.size(); ++column) {
-    if (line == nullptr || scols_line_set_data(line, column, texts[column].c_str()) != 0) {
+  for (std::size_t column = 0; column < cells.size(); ++column) {
+    if (line == nullptr || scols_line_set_data(line, column, cells[column].c_str()) != 0) {
       throw std::bad_alloc();
     }
   }

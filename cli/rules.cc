@@ -11,13 +11,13 @@
 namespace devcfg {
 namespace {
 
-// Room for the longest result of a rule, as devcfg_match_filters wants it.
+// The longest result of a rule, as devcfg_match_filters requires.
 constexpr int kOutputBytes = kRuleTextBytes + 1;
 
 std::vector<dev_filter> read_devices() {
   std::vector<dev_filter> devices;
   if (devcfg_get_filter_rules_list(devices) != 0) {
-    throw Refusal("the rule file cannot be read (--log tells why)");
+    throw CommandError("the rule file cannot be read (--log shows why)");
   }
   return devices;
 }
@@ -79,7 +79,7 @@ void print_document(const std::vector<dev_filter>& devices) {
 
 void list(const bool& json) { (json ? print_document : print_table)(read_devices()); }
 
-// The line as the service gets it; the rule's line break takes the place of the line's own.
+// Returns the line as the service gets it; the line break of a rule replaces that of the line.
 std::string filtered(const std::string& line, const std::string& device_id,
                      const std::vector<dev_filter>& devices) {
   char output[kOutputBytes] = {};
@@ -96,7 +96,7 @@ std::string filtered(const std::string& line, const std::string& device_id,
   }
 }
 
-void tell_unknown_device(const std::string& device_id, const std::vector<dev_filter>& devices) {
+void report_unknown_device(const std::string& device_id, const std::vector<dev_filter>& devices) {
   if (std::none_of(devices.begin(), devices.end(), [&](const dev_filter& device) {
         return base::equal_ignoring_case(device.device_id, device_id);
       })) {
@@ -106,21 +106,21 @@ void tell_unknown_device(const std::string& device_id, const std::vector<dev_fil
 
 void apply(const std::string& device_id) {
   const std::vector<dev_filter> devices = read_devices();
-  tell_unknown_device(device_id, devices);
+  report_unknown_device(device_id, devices);
   for (std::string line; std::getline(std::cin, line);) {
     const std::string text = filtered(line, device_id, devices);
     std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);  // who sends a line may wait for what becomes of it
+    std::fflush(stdout);  // the sender of a line may wait for its result
   }
   if (std::ferror(stdout) != 0) {
-    throw Refusal("standard output cannot be written");
+    throw CommandError("cannot write to standard output");
   }
 }
 
 }  // namespace
 
 void add_rule_commands(Command root) {
-  const Command rules = root.group("rules", "The rules for the texts of devices");
+  const Command rules = root.group("rules", "The rules for text from devices");
   rules.footer("The rule file is " ORVANEIP_ROOT
                "/etc/config/kfilter.xml, which is only read.\n"
                "Example:\n  devcfg rules apply till-1 < receipts.txt");
@@ -130,7 +130,7 @@ void add_rule_commands(Command root) {
   listed.flag("--json", json, "Print JSON");
 
   const Command applied =
-      rules.subcommand("apply", "Put the lines of standard input through the rules of a device");
+      rules.subcommand("apply", "Apply the rules of a device to the lines of standard input");
   std::string& device_id = applied.run(apply);
   applied.argument("ID", device_id, "The device's identifier, in any letter case");
 }

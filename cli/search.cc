@@ -1,4 +1,4 @@
-// devcfg search: what a person's search text is turned into.
+// devcfg search: the patterns made from a user's search text.
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -47,15 +47,15 @@ void add_command(Command family, const char* name, const char* help, const char*
   SearchOptions& options = command.run(run);
   command.argument(
       "TEXT", options.text,
-      "Terms separated by spaces; + stands for any text; \"a phrase\" is taken as it is; a text\n"
-      "that begins with a dash stands behind --");
+      "Terms separated by spaces; + matches any text; \"a phrase\" is matched as it is; put --\n"
+      "before a text that begins with a dash");
   command.flag("--json", options.json, json_help);
 }
 
 }  // namespace
 
 void add_search_commands(Command root) {
-  const Command family = root.group("search", "Show what search text is turned into");
+  const Command family = root.group("search", "Show the patterns made from search text");
   add_command(family, "like", "The SQL LIKE patterns, one a line", "Print a JSON array",
               print_patterns);
   add_command(family, "regex", "The document store's regular expression", "Print a JSON string",

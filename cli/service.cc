@@ -11,10 +11,10 @@ namespace {
 // `status` as the functions of service/service_commands.h return it.
 void require_success(int status) {
   if (status < 0) {
-    throw Refusal("the command could not be run, or was ended by a signal (--log tells why)");
+    throw CommandError("the command could not be run, or was ended by a signal (--log shows why)");
   }
   if (status > 0) {
-    throw Refusal("the command ended with exit status " + std::to_string(status));
+    throw CommandError("the command ended with exit status " + std::to_string(status));
   }
 }
 

@@ -29,9 +29,10 @@
 #include "platform/export.h"
 #include "textfilter/rule.h"
 
-// Passes of one call until the limit ends it: at most kMaxFilterPasses + 1 replacements, then one
-// more for each further rule.
-inline constexpr std::size_t kMaxFilterPasses = 999;
+// Passes of one call after which each further rule has one pass. So a call makes at most
+// kFilterPassMax + 1 replacements, and one more for each further rule. (kFilterPassLimit is the
+// outcome of a call that exceeded it.)
+inline constexpr std::size_t kFilterPassMax = 999;
 
 // What the functions without a capacity hold a filtered text to, in bytes, terminator included.
 inline constexpr std::size_t kFilteredTextBytes = 4'194'304;

@@ -10,7 +10,7 @@
 namespace devcfg {
 namespace {
 
-// The text is INDEX:GUID:NAME; a name may hold further colons.
+// `text` is INDEX:GUID:NAME; the name may contain further colons.
 json_object* parse_channel(const std::string& text) {
   const std::size_t first = text.find(':');
   const std::size_t second = first != std::string::npos ? text.find(':', first + 1) : first;
@@ -52,7 +52,7 @@ Json read_channel_options(const ChannelOptions& options) {
   }
   Problems problems;
   check_channel_list(list.get(), "", problems);
-  problems.refuse_if_any(subject);
+  problems.throw_if_any(subject);
   return list;
 }
 
@@ -77,7 +77,7 @@ bool check_channel_list(json_object* channel_list, const std::string& where, Pro
   }
   for (std::size_t i = 0; i < json_object_array_length(channel_list); ++i) {
     ObjectFields fields(json_object_array_get_idx(channel_list, i), entry_of(where, i), problems);
-    fields.refuse_keys_other_than({"channel_index", "guid", "name"});
+    fields.allow_only({"channel_index", "guid", "name"});
   }
   return true;
 }

@@ -42,7 +42,7 @@ void add_channels_command(Command root) {
   ChannelsOptions& options = command.run(channels);
   command.argument("ID", options.id, "The data source; without one those of all are listed");
   command.flag("--json", options.json,
-               "Print a JSON array; with an ID it is one that --channels takes");
+               "Print a JSON array; with an ID it is one that --channels accepts");
   command.footer(
       "Example: give one data source the channels of another\n"
       "  devcfg channels till-1 --json | devcfg modify till-2 --channels -");

@@ -22,7 +22,7 @@ fs::path target_of(const std::string& name) {
     return name;
   }
   if (!fs::is_regular_file(status)) {
-    throw Refusal("cannot write " + name + ": it is not a regular file");
+    throw CommandError("cannot write " + name + ": it is not a regular file");
   }
   const fs::path target = fs::canonical(name, error);
   return error ? fs::path(name) : target;
@@ -32,14 +32,14 @@ void write_file(const std::string& name, const std::string& bytes) {
   try {
     base::write_file(target_of(name), bytes);
   } catch (const base::Failure& failure) {
-    throw Refusal("cannot write " + name + ": " + failure.reason());
+    throw CommandError("cannot write " + name + ": " + failure.reason());
   }
 }
 
 void export_vault(const std::optional<std::string>& file) {
   const Json document = vault_document(Vault().data_sources());
   if (file.value_or("-") == "-") {
-    std::puts(document_text(document.get()));  // bytes as they are: import takes them back
+    std::puts(document_text(document.get()));  // unchanged bytes, which import reads
   } else {
     write_file(*file, std::string(document_text(document.get())) + '\n');
   }
@@ -52,8 +52,8 @@ void add_export_command(Command root) {
   std::optional<std::string>& file = command.run(export_vault);
   command.argument("FILE", file, "Where to; standard output by default");
   command.footer(
-      "The document holds one moment's state. A file is replaced in one step, and only "
-      "its owner\nmay read it. Texts that are not UTF-8 are kept byte for byte.\n"
+      "The document is one consistent state of the vault. A file is replaced in one step, and\n"
+      "only its owner may read it. Bytes that are not UTF-8 are kept.\n"
       "Example:\n  devcfg export backup.json");
 }
 

@@ -48,7 +48,7 @@ VaultChange plan(const ImportOptions& options) {
     change.removed.swap(stored);
   }
   check_conflicts(change, stored, problems);
-  problems.refuse_if_any("nothing was changed: " + shown_name(options.file));
+  problems.throw_if_any("nothing was changed: " + shown_name(options.file));
   return change;
 }
 
@@ -79,7 +79,7 @@ void import_vault(const ImportOptions& options) {
   }
   apply(change);
   print_change(change, "removed", "added");
-  print_line(counted(change.removed.size(), "data source") + " removed, " +
+  print_line(pluralize(change.removed.size(), "data source") + " removed, " +
              std::to_string(change.added.size()) + " added");
 }
 
@@ -90,11 +90,11 @@ void add_import_command(Command root) {
       root.subcommand("import", "Add the data sources of a document that export has written");
   ImportOptions& options = command.run(import_vault);
   command.argument("FILE", options.file, "The document; - is standard input");
-  command.flag("--dry-run", options.dry_run, "Say what would be done, and do not do it");
+  command.flag("--dry-run", options.dry_run, "Show what would be done, and change nothing");
   command.flag("--replace", options.replace, "Remove all stored data sources first");
   command.footer(
-      "The whole document is checked first; when anything is wrong with it, every "
-      "problem is told\nand nothing is changed.\n"
+      "The whole document is checked first; when anything is wrong with it, every problem is\n"
+      "reported and nothing is changed.\n"
       "Example:\n  devcfg import backup.json --dry-run");
 }
 

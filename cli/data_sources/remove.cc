@@ -9,7 +9,7 @@
 namespace devcfg {
 namespace {
 
-// Each once, in the order given. Refusal when one is unknown: then nothing is removed.
+// Returns each once, in the order given. Throws CommandError when one is unknown.
 std::vector<DataSource> find_all(const std::vector<std::string>& ids) {
   std::vector<DataSource> found;
   for (const std::string& id : ids) {
@@ -27,22 +27,22 @@ void remove_one(const DataSource& data_source) {
   std::string id = data_source.vault_id;
   devcfg_remove_device(id.data(), nullptr, nullptr);
   if (Vault().find(id)) {
-    throw Refusal(did_not_arrive("the removal of " + in_quotes(id)));
+    throw CommandError(not_stored("the removal of " + in_quotes(id)));
   }
   print_line("removed " + id + " (" + data_source.vault_name + ")");
 }
 
-void refuse_brackets() {
+void reject_brackets() {
   for (const std::string& argument : raw_arguments) {
     if (argument.starts_with('[') && argument.ends_with(']')) {
-      throw Refusal("an identifier in square brackets cannot be removed from here: " +
-                    in_quotes(argument));
+      throw CommandError("an identifier in square brackets cannot be removed from here: " +
+                         in_quotes(argument));
     }
   }
 }
 
 void remove(const std::vector<std::string>& ids) {
-  refuse_brackets();
+  reject_brackets();
   for (const DataSource& data_source : find_all(ids)) {
     remove_one(data_source);
   }

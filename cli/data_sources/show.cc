@@ -12,7 +12,7 @@ struct ShowOptions {
   bool json = false;
 };
 
-// The moment in local time, as the list of all data sources tells it; "never" for none.
+// Returns the local time from the list of all data sources, or "never".
 std::string last_received(const std::string& vault_id) {
   const Json document = all_data_sources_document();
   json_object* entries = json_object_object_get(document.get(), "vault_list");
@@ -27,7 +27,7 @@ std::string last_received(const std::string& vault_id) {
   return "never";
 }
 
-void show_texts(const DataSource& data_source) {
+void print_fields(const DataSource& data_source) {
   Table table = Table::without_heading(2);
   table.add_row({"Identifier", data_source.vault_id});
   table.add_row({"Name", data_source.vault_name});
@@ -45,7 +45,7 @@ void show(const ShowOptions& options) {
     return;
   }
   const DataSource data_source = stored_data_source(options.id);
-  show_texts(data_source);
+  print_fields(data_source);
   if (!data_source.channel_guid_list.empty()) {
     print_line("\nChannels");
     print_channels({data_source});

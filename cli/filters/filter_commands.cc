@@ -30,22 +30,22 @@ void set(const SetOptions& options) {
   const Json list = read_json_file(options.file);
   Problems problems;
   const std::vector<Filter> wanted = read_filter_list(list.get(), "", problems);
-  problems.refuse_if_any("the filter list of " + shown_name(options.file));
+  problems.throw_if_any("the filter list of " + shown_name(options.file));
   std::string id = stored_data_source(options.id).vault_id;
   if (const int result = devcfg_modify_filter(id.data(), list.get()); result != kDevcfgOk) {
-    throw Refusal("the filters of " + in_quotes(id) + " were not changed", result);
+    throw CommandError("the filters of " + in_quotes(id) + " were not changed", result);
   }
   if (!same_filters(stored_data_source(id).filter, wanted)) {
-    throw Refusal(did_not_arrive("the filter list of " + in_quotes(id)));
+    throw CommandError(not_stored("the filter list of " + in_quotes(id)));
   }
-  print_line(counted(wanted.size(), "filter") + " set for " + id);
+  print_line(pluralize(wanted.size(), "filter") + " set for " + id);
 }
 
 void add_show(Command family) {
   const Command command = family.subcommand("show", "Show the filters of a data source");
   ShowOptions& options = command.run(show);
   command.argument("ID", options.id, "The data source");
-  command.flag("--json", options.json, "Print a JSON array, which filters set takes");
+  command.flag("--json", options.json, "Print a JSON array, which filters set accepts");
   command.footer(
       "Example: give one data source the filters of another\n"
       "  devcfg filters show till-1 --json | devcfg filters set till-2 -");
@@ -60,8 +60,9 @@ void add_set(Command family) {
       "FILE is a JSON array; [] removes all filters:\n"
       "  [{\"type\": 0, \"target\": \"CARD 4\", \"result\": \"CARD ****\", "
       "\"name\": \"Card numbers\"}]\n"
-      "A missing type is 0, a missing text empty. A target or a result has at most "
-      "4095 bytes.\n"
+      "A missing type is 0, a missing string empty. A target or a result has at most " +
+      std::to_string(kMaxFilterTextBytes) +
+      " bytes.\n"
       "Example:\n  devcfg filters set till-1 filters.json");
 }
 
@@ -71,7 +72,7 @@ void add_filter_commands(Command root) {
   const Command family =
       root.group("filters",
                  "Show or set the text filters of a data source: first to last, each\n"
-                 "puts its result in the place of its target in incoming text");
+                 "replaces its target by its result in incoming text");
   add_show(family);
   add_set(family);
 }

@@ -11,11 +11,11 @@
 namespace devcfg {
 namespace {
 
-// Of decode, unless told otherwise: 1 MiB.
-constexpr std::size_t kUsualPayloadMax = std::size_t{1024} * 1024;
+// Default of --payload-max.
+constexpr std::size_t kDefaultPayloadMaxMib = 1;
 
 struct DecodeOptions {
-  std::size_t payload_max = kUsualPayloadMax;
+  std::size_t payload_max = kDefaultPayloadMaxMib << 20;
   bool hex = false;
 };
 
@@ -24,8 +24,8 @@ Bytes read_payload() {
   while (payload.size() <= kFramePayloadMax && read_some(payload)) {
   }
   if (payload.size() > kFramePayloadMax) {
-    throw Refusal("a frame holds " + std::to_string(kFramePayloadMax) +
-                  " bytes at most, standard input has more");
+    throw CommandError("a frame has at most " + std::to_string(kFramePayloadMax) +
+                       " bytes of payload, standard input has more");
   }
   return payload;
 }
@@ -43,31 +43,31 @@ void decode(const DecodeOptions& options) {
   FrameDecoder decoder(options.payload_max, options.hex);
   decoder.run();
   if (decoder.skipped_bytes() > 0) {
-    throw Refusal("the stream is damaged: " + counted(decoder.skipped_bytes(), "byte") +
-                  " skipped");
+    throw CommandError("the stream is damaged: " + pluralize(decoder.skipped_bytes(), "byte") +
+                       " skipped");
   }
 }
 
 void add_encode(Command frame) {
   const Command command =
-      frame.subcommand("encode", "Put standard input into one frame on standard output");
+      frame.subcommand("encode", "Write standard input as one frame to standard output");
   bool& hex = command.run(encode);
   command.flag("--hex", hex, "Show the frame in hexadecimal");
-  command.footer("decode takes a payload above 1 MiB only with --payload-max.");
+  command.footer("decode takes a payload above " + std::to_string(kDefaultPayloadMaxMib) +
+                 " MiB only with --payload-max.");
 }
 
 void add_decode(Command frame) {
   const Command command = frame.subcommand(
-      "decode", "Take the payloads of all frames out of the stream on standard input");
+      "decode", "Write the payloads of all frames in standard input to standard output");
   DecodeOptions& options = command.run(decode);
-  command.flag("--hex", options.hex, "Show each frame's place, and its payload in hexadecimal");
+  command.flag("--hex", options.hex, "Show each frame's offset, and its payload in hexadecimal");
   command.option("--payload-max", options.payload_max, 0, kFramePayloadMax,
                  "Longest payload in bytes that the sender makes: a longer length is damage");
   command.footer(
-      "Bytes that belong to no whole frame are skipped and told on standard error; the exit "
-      "status\n"
-      "is 1 then. So are those of a frame with a payload above --payload-max. A damaged length up\n"
-      "to it holds back the frames behind it until as many bytes have come, or the stream ends.");
+      "Bytes outside whole frames are skipped and reported on standard error, and the exit status\n"
+      "is then 1. Frames with a payload above --payload-max are skipped too. A damaged length up\n"
+      "to it delays the frames after it until as many bytes have arrived or the stream ends.");
 }
 
 }  // namespace

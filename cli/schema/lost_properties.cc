@@ -12,14 +12,14 @@
 namespace devcfg {
 namespace {
 
-using Texts = std::vector<std::string>;
-using Lost = std::map<std::string, Texts>;
+using Words = std::vector<std::string>;
+using Lost = std::map<std::string, Words>;
 
-bool is_blank(char byte) { return std::isspace(static_cast<unsigned char>(byte)) != 0; }
+bool is_whitespace(char byte) { return std::isspace(static_cast<unsigned char>(byte)) != 0; }
 
-// The type word is the declared type without blanks, unless the type has more words.
+// The type word is the declared type without whitespace, unless the type has more words.
 bool has_more_words(const table_info& missing, const std::string& name, std::string type) {
-  type.erase(std::remove_if(type.begin(), type.end(), is_blank), type.end());
+  type.erase(std::remove_if(type.begin(), type.end(), is_whitespace), type.end());
   for (int i = 0; i < missing.col_count; ++i) {
     if (missing.col_name[i] == name) {
       return !base::equal_ignoring_case(missing.col_type[i], type);
@@ -53,7 +53,7 @@ void add_own_properties(TableReader& table, const table_info& missing, Lost& los
 void add_unique(TableReader& table, Lost& lost) {
   table.query("l.seq, l.origin, l.\"unique\", coalesce(i.name, 'an expression') AS name",
               "pragma_index_list(m.name) l, pragma_index_info(l.name) i");
-  std::map<std::pair<int, std::string>, Texts> indexes;
+  std::map<std::pair<int, std::string>, Words> indexes;
   for (; !table.at_end(); table.next()) {
     if (table.number("unique") != 0 && table.text("origin") != "pk") {
       const char* const kind = table.text("origin") == "u" ? "UNIQUE" : "UNIQUE INDEX";
@@ -71,17 +71,17 @@ void add_unique(TableReader& table, Lost& lost) {
 void add_references(TableReader& table, Lost& lost) {
   table.query("f.*", "pragma_foreign_key_list(m.name) f");
   for (; !table.at_end(); table.next()) {
-    std::string text = "REFERENCES " + table.text("table");
-    for (const auto& [column, words] :
+    std::string words = "REFERENCES " + table.text("table");
+    for (const auto& [column, clause] :
          {std::pair("on_delete", " ON DELETE "), std::pair("on_update", " ON UPDATE ")}) {
       const std::string action = table.text(column);
-      text += action != "NO ACTION" ? words + action : "";
+      words += action != "NO ACTION" ? clause + action : "";
     }
-    lost[table.text("from")].push_back(text);
+    lost[table.text("from")].push_back(words);
   }
 }
 
-// True when the statement has the keyword outside quotes and comments.
+// Returns true when the statement has the keyword outside quotes and comments.
 bool has_keyword(const std::string& sql, const char* keyword) {
   base::SqlTokens tokens(sql);
   for (base::SqlToken token = tokens.next(); !token.text.empty(); token = tokens.next()) {
@@ -92,8 +92,8 @@ bool has_keyword(const std::string& sql, const char* keyword) {
   return false;
 }
 
-Texts table_properties(TableReader& table) {
-  Texts found;
+Words table_properties(TableReader& table) {
+  Words found;
   table.query("l.wr, l.strict, m.sql", "pragma_table_list(m.name) l");
   for (const auto& [column, words] :
        {std::pair("strict", "STRICT"), std::pair("wr", "WITHOUT ROWID")}) {

@@ -32,7 +32,8 @@ Columns load(std::string path, std::string table) {
   const TableReader readable(path, table);
   Columns columns(devcfg_load_table_schema(path.data(), table.data()));
   if (columns == nullptr) {
-    throw Refusal("the columns of " + table + " in " + path + " cannot be read (--log tells why)");
+    throw CommandError("the columns of " + table + " in " + path +
+                       " cannot be read (--log shows why)");
   }
   return columns;
 }
@@ -41,12 +42,12 @@ Columns compare(table_info& current, table_info& wanted) {
   int count = -1;
   Columns missing(devcfg_compare_table_schema(&current, &wanted, &count));
   if (missing == nullptr || count < 0) {
-    throw Refusal("more than " + std::to_string(kMaxNewColumns) + " columns are missing");
+    throw CommandError("more than " + std::to_string(kMaxNewColumns) + " columns are missing");
   }
   return missing;
 }
 
-// The column that makes SQLite refuse the name: it does not tell apart the case of letters.
+// Returns the column that makes SQLite reject the name, since it ignores letter case; or null.
 const char* find_clash(const table_info& current, const char* name) {
   for (int i = 0; i < current.col_count; ++i) {
     if (base::equal_ignoring_case(current.col_name[i], name)) {
@@ -56,8 +57,8 @@ const char* find_clash(const table_info& current, const char* name) {
   return nullptr;
 }
 
-std::string clash_text(const char* present) {
-  return std::string("SQLite takes its name for the column ") + present;
+std::string describe_clash(const char* present) {
+  return std::string("SQLite does not distinguish it from column ") + present;
 }
 
 json_object* column_object(const table_info& columns, int index) {
@@ -102,13 +103,13 @@ void diff(const Options& options) {
   LostProperties lost = read_lost_properties(options.wanted_file, options.table, *missing);
   for (int i = 0; i < missing->col_count; ++i) {
     if (const char* present = find_clash(*current, missing->col_name[i])) {
-      lost.of_columns[missing->col_name[i]] = {"the column: " + clash_text(present)};
+      lost.of_columns[missing->col_name[i]] = {"the column: " + describe_clash(present)};
     }
   }
   print_missing(*missing, lost, options.json);
   if (missing->col_count > 0) {
     if (!lost.of_table.empty()) {
-      report("the wanted table also has, and added columns do not get: " +
+      report("the wanted table also has what added columns do not get: " +
              base::join(lost.of_table, ", "));
     }
     throw NegativeAnswer();
@@ -119,31 +120,31 @@ std::vector<std::string> upgrade_statements(const Options& options, const table_
                                             const table_info& missing) {
   for (int i = 0; i < missing.col_count; ++i) {
     if (const char* present = find_clash(current, missing.col_name[i])) {
-      throw Refusal(std::string("column ") + missing.col_name[i] +
-                    " cannot be added: " + clash_text(present) + "; nothing was changed");
+      throw CommandError(std::string("column ") + missing.col_name[i] +
+                         " cannot be added: " + describe_clash(present) + "; nothing was changed");
     }
   }
   std::vector<std::string> statements;
   if (devcfg_upgrade_statements(&missing, options.table.c_str(), statements) != 0) {
-    throw Refusal("a missing column cannot be added, nothing was changed (--log tells which)");
+    throw CommandError("a missing column cannot be added, nothing was changed (--log shows which)");
   }
   return statements;
 }
 
-// Columns are added in their order, so the first one that is still missing is the one that failed.
-Refusal partial_upgrade(const Options& options, const table_info& missing) {
+// Columns are added in order, so the first one that is still missing is the one that failed.
+CommandError partial_upgrade(const Options& options, const table_info& missing) {
   const Columns current = load(options.file, options.table);
   int added = 0;
   while (added + 1 < missing.col_count &&
          find_clash(*current, missing.col_name[added]) != nullptr) {
     ++added;
   }
-  return Refusal(
+  return CommandError(
       std::string("column ") + missing.col_name[added] +
-      " could not be added (--log tells why); added before it: " + std::to_string(added));
+      " could not be added (--log shows why); added before it: " + std::to_string(added));
 }
 
-// As it runs, but for what a terminal would obey.
+// Prints the statement as it runs; for a terminal its control characters are escaped.
 void print_statement(std::string statement) {
   statement.erase(statement.find_last_not_of(' ') + 1);
   const std::string line = statement + ";";

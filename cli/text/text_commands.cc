@@ -13,11 +13,10 @@ struct FilterTextOptions {
   bool hits = false;
 };
 
-// Rules are read without a status: none may also mean that there is no such data source, or that
-// the vault cannot be read.
+// No rules may also mean that there is no such data source, or that the vault cannot be read.
 void require_no_filters(const std::string& id) {
   if (!stored_data_source(id).filter.empty()) {
-    throw Refusal("the filters of " + in_quotes(id) + " cannot be read");
+    throw CommandError("the filters of " + in_quotes(id) + " cannot be read");
   }
 }
 
@@ -26,7 +25,7 @@ void filter_text(const FilterTextOptions& options) {
   std::vector<rule> rules;
   const int rules_result = get_rule_list(id.data(), rules);
   if (rules_result == kDevcfgFailed) {
-    throw Refusal("the ID is empty");
+    throw CommandError("the ID is empty");
   }
   if (rules.empty() && rules_result == kDevcfgOk) {
     require_no_filters(id);
@@ -37,12 +36,12 @@ void filter_text(const FilterTextOptions& options) {
     stream.print_hits();
   }
   if (const std::size_t count = stream.limited_texts(); count > 0) {
-    report("more than " + std::to_string(kMaxFilterPasses) + " passes in " +
-           counted(count, "text") + ": occurrences may be left");
+    report("more than " + std::to_string(kFilterPassMax) + " passes in " +
+           pluralize(count, "text") + ": occurrences may be left");
   }
   if (rules_result != kDevcfgOk) {
-    throw Refusal("only the first " + std::to_string(rules.size()) + " filters were applied",
-                  rules_result);
+    throw CommandError("only the first " + std::to_string(rules.size()) + " filters were applied",
+                       rules_result);
   }
 }
 

@@ -19,7 +19,7 @@ struct Settings {
   bool read_password = false;
 };
 
-int free_number(const TreeFile& tree) {
+int free_number(const DeviceTreeFile& tree) {
   const std::vector<std::string> names = node_names(tree);
   for (int number = 0; number < kMaxDeviceNodes; ++number) {
     if (std::none_of(names.begin(), names.end(),
@@ -27,15 +27,16 @@ int free_number(const TreeFile& tree) {
       return number;
     }
   }
-  throw Refusal("the device tree is full: it has 128 nodes");
+  throw CommandError("the device tree is full: it has " + std::to_string(kMaxDeviceNodes) +
+                     " nodes");
 }
 
-void store(const TreeFile& tree, const std::string& node, const DeviceField& field,
+void store(const DeviceTreeFile& tree, const std::string& node, const DeviceField& field,
            const std::string& value) {
   const char* const* path = field.path;
   if (!xmlcfg_set_str(tree.handle(), value.c_str(), "device", node.c_str(), path[0], path[1],
                       path[2], path[3], nullptr)) {
-    throw Refusal("the tree does not take the value of " + std::string(field.option));
+    throw CommandError("the tree does not accept the value of " + std::string(field.option));
   }
 }
 
@@ -43,14 +44,15 @@ std::string read_password() {
   std::string password;
   std::getline(std::cin, password);
   if (password.size() >= password_field().size_bytes) {
-    throw Refusal("the password is longer than 127 bytes");
+    throw CommandError("the password is longer than " +
+                       std::to_string(password_field().size_bytes - 1) + " bytes");
   }
   return password;
 }
 
-void store_values(const TreeFile& tree, const std::string& node, const Settings& settings,
+void store_values(const DeviceTreeFile& tree, const std::string& node, const Settings& settings,
                   const std::optional<std::string>& password) {
-  // A number that was used before may have left its values behind.
+  // The values of a removed node with this number may still be in the file.
   xmlcfg_remove(tree.handle(), "device", node.c_str(), nullptr);
   for (const DeviceField& field : device_fields()) {
     if (const auto& value = settings.values.at(field.option)) {
@@ -70,22 +72,22 @@ void add_node(const Settings& settings) {
   if (settings.read_password) {
     password = read_password();  // before the tree is locked: a person may be slow
   }
-  TreeFile tree(kCfgChange, settings.file);
+  DeviceTreeFile tree(kCfgChange, settings.file);
   if (find_device_exist(tree.handle(), id.data()) >= 0) {
-    throw Refusal("a node has the device id " + id + " already");
+    throw CommandError("a node already has the device id " + id);
   }
   const int number = free_number(tree);
   char top[] = "device";
   store_values(tree, node_name(number), settings, password);
   add_device_node(tree.handle(), number, top);
   if (find_device_exist(tree.handle(), id.data()) != number) {
-    throw Refusal("the node list of the device tree is full");
+    throw CommandError("the node list of the device tree is full");
   }
   tree.save();
   std::puts(node_name(number).c_str());
 }
 
-// What programs read is cut to the size of their buffers.
+// Programs read a value cut to the size of their buffer.
 Option::Check shorter_than(std::size_t size_bytes) {
   return [size_bytes](const std::string& text) {
     return text.size() < size_bytes ? ""
@@ -94,7 +96,7 @@ Option::Check shorter_than(std::size_t size_bytes) {
 }
 
 std::string check_identifier(const std::string& text) {
-  return text.empty() || text == kNoValue ? "stands for no device" : "";
+  return text.empty() || text == kNoValue ? "is not an identifier" : "";
 }
 
 void add_value(Command command, const DeviceField& field, std::optional<std::string>& value) {

@@ -11,7 +11,7 @@ struct EventOptions {
   std::string device;
 };
 
-std::size_t count_events(const TreeFile& tree, const std::string& device) {
+std::size_t count_events(const DeviceTreeFile& tree, const std::string& device) {
   constexpr char kTop[] = "device_event_root";
   std::size_t count = 0;
   for (const std::string& terminal :
@@ -22,15 +22,15 @@ std::size_t count_events(const TreeFile& tree, const std::string& device) {
 }
 
 void clear_events(const EventOptions& options) {
-  const TreeFile tree(kCfgRead, options.file);
+  const DeviceTreeFile tree(kCfgRead, options.file);
   std::string device = options.device;
   const std::size_t count = count_events(tree, device);
   if (!remove_event_in_table(tree.handle(), device.data())) {
-    throw Refusal("the event service did not remove every event of " + device +
-                  " (--log tells which)");
+    throw CommandError("the event service did not remove every event of " + device +
+                       " (--log shows which)");
   }
   print_line(count == 0 ? "no events recorded for " + device
-                        : counted(count, "event") + " of " + device + " cleared");
+                        : pluralize(count, "event") + " of " + device + " cleared");
 }
 
 }  // namespace

@@ -10,10 +10,10 @@ namespace {
 
 void init() {
   const std::string file = system_device_tree();
-  std::error_code unless_it_exists;  // initial_xml tells whether it worked
-  std::filesystem::create_directories(std::filesystem::path(file).parent_path(), unless_it_exists);
+  std::error_code ignored;  // initial_xml reports a failure
+  std::filesystem::create_directories(std::filesystem::path(file).parent_path(), ignored);
   if (!initial_xml()) {
-    throw Refusal("the device tree " + file + " cannot be created");
+    throw CommandError("the device tree " + file + " cannot be created");
   }
   std::printf("the device tree is %s\n", file.c_str());
 }
@@ -21,7 +21,7 @@ void init() {
 }  // namespace
 
 void add_tree_init_command(Command tree) {
-  tree.subcommand("init", "Create the device tree if there is none, and its folder").run(init);
+  tree.subcommand("init", "Create the device tree and its directory, if missing").run(init);
 }
 
 }  // namespace devcfg

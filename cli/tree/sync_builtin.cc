@@ -46,7 +46,7 @@ void preview(bool json) {
   BuiltinChanges changes;
   const int result = devcfg_preview_builtin(changes);
   if (result != 0 && !changes.limit_reached) {
-    throw Refusal("the device tree or the built-in list cannot be opened (--log tells which)");
+    throw CommandError("the device tree or the built-in list cannot be opened (--log shows which)");
   }
   if (json) {
     print_changes_json(changes);
@@ -56,13 +56,14 @@ void preview(bool json) {
     print_changes(changes);
   }
   if (changes.limit_reached) {
-    throw Refusal("the limit of 128 nodes leaves no place for a further entry");
+    throw CommandError("the limit of " + std::to_string(kMaxDeviceNodes) +
+                       " nodes leaves no room for a further entry");
   }
 }
 
-void synchronise() {
+void synchronize() {
   if (devcfg_check_builtin() != 0) {
-    throw Refusal("the device tree does not match the built-in list (--log tells why)");
+    throw CommandError("the device tree does not match the built-in list (--log shows why)");
   }
   std::puts("the device tree matches the built-in list");
 }
@@ -71,7 +72,7 @@ void sync_builtin(const SyncOptions& options) {
   if (options.dry_run) {
     preview(options.json);
   } else {
-    synchronise();
+    synchronize();
   }
 }
 
@@ -79,7 +80,7 @@ void sync_builtin(const SyncOptions& options) {
 
 void add_tree_sync_builtin_command(Command tree) {
   const Command command =
-      tree.subcommand("sync-builtin", "Bring the nodes into line with the built-in list");
+      tree.subcommand("sync-builtin", "Update the nodes to match the built-in list");
   SyncOptions& options = command.run(sync_builtin);
   const Option dry_run =
       command.flag("--dry-run", options.dry_run, "Show what would change, and stop");
