@@ -1,24 +1,26 @@
-// The subcommand families of devcfg; each has a folder of its own and registers its commands here.
+// The subcommand families of devcfg; each is registered by one function, in a file or a directory
+// of its own.
 //
-// A command is a CLI::App subcommand whose callback does the work on exported functions only. It
-// prints its result on standard output and returns, or throws: Refusal for "refused or failed"
-// (exit status 1), NegativeAnswer (the same without a message), what CLI11 throws for wrong usage
-// (exit status 2).
+// A command does its work on exported functions only. It prints its result on standard output and
+// returns, or throws: CommandError for "refused or failed" (exit status 1), NegativeAnswer (the
+// same without a message), UsageError for wrong usage (exit status 2).
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "cli/command_line.h"
 
 namespace devcfg {
 
-void add_data_source_commands(CLI::App& app);  // data_sources/: add list show modify remove ...
-void add_filter_commands(CLI::App& app);       // filters/: filters show|set
-void add_camera_commands(CLI::App& app);       // cameras/: camera removed|renamed
-void add_tree_commands(CLI::App& app);         // tree/: tree init|nodes|find|show|add|...
-void add_rule_commands(CLI::App& app);         // rules/: rules list|apply
-void add_text_commands(CLI::App& app);         // text/: filter-text search metadata
-void add_schema_commands(CLI::App& app);       // schema/: schema show|diff|upgrade
-void add_service_commands(CLI::App& app);      // service/: service restart|reload|load|unload
-void add_frame_commands(CLI::App& app);        // frames/: frame encode|decode
-void add_net_commands(CLI::App& app);          // net/: net
+void add_data_source_commands(Command root);  // data_sources/: add list show modify remove ...
+void add_filter_commands(Command root);       // filters/: filters show|set
+void add_camera_commands(Command root);       // cameras.cc: camera removed|renamed
+void add_tree_commands(Command root);         // tree/: tree init|nodes|find|show|add|...
+void add_rule_commands(Command root);         // rules.cc: rules list|apply
+void add_text_commands(Command root);         // text/: filter-text
+void add_search_commands(Command root);       // search.cc: search like|regex
+void add_metadata_commands(Command root);     // metadata.cc: metadata remove
+void add_schema_commands(Command root);       // schema/: schema show|diff|upgrade
+void add_service_commands(Command root);      // service.cc: service restart|reload|load|unload
+void add_frame_commands(Command root);        // frames/: frame encode|decode
+void add_net_commands(Command root);          // net.cc: net
 
 }  // namespace devcfg

@@ -18,7 +18,7 @@ inline json_object* json_text(const std::string& text) {
   return json_object_new_string_len(text.data(), static_cast<int>(text.size()));
 }
 
-// An array of what `build` makes of each record, in their order.
+// Returns an array of the results of `build` for the records, in their order.
 template <typename Record>
 json_object* json_array(const std::vector<Record>& records, json_object* (*build)(const Record&)) {
   json_object* array = json_object_new_array();
@@ -28,17 +28,7 @@ json_object* json_array(const std::vector<Record>& records, json_object* (*build
   return array;
 }
 
-// The member of an object; null when it is missing.
-inline json_object* member(json_object* object, const char* key) {
-  return json_object_object_get(object, key);
-}
-
-// The text of a member that is there.
-inline std::string text_member(json_object* object, const char* key) {
-  return json_object_get_string(member(object, key));
-}
-
-// The document as text, indented, without a line feed at its end.
+// Returns the document as text, indented, without a line feed at its end.
 inline const char* document_text(json_object* document) {
   return json_object_to_json_string_ext(
       document, JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE);

@@ -5,20 +5,21 @@
 #include <cstdio>
 #include <cstring>
 
-#include "cli/file.h"
 #include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
 
-constexpr int kMaxDepth = 32;
+struct FileClose {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
 
 struct TokenerRelease {
   void operator()(json_tokener* tokener) const { json_tokener_free(tokener); }
 };
 
-[[noreturn]] void refuse(const std::string& name, const std::string& reason) {
-  throw Refusal("cannot read " + shown_name(name) + ": " + reason);
+[[noreturn]] void fail(const std::string& name, const std::string& reason) {
+  throw CommandError("cannot read " + shown_name(name) + ": " + reason);
 }
 
 std::string read_all(std::FILE* file, const std::string& name) {
@@ -27,12 +28,12 @@ std::string read_all(std::FILE* file, const std::string& name) {
   std::size_t length = 0;
   while ((length = std::fread(block, 1, sizeof(block), file)) > 0) {
     bytes.append(block, length);
-    if (bytes.size() > kJsonFileBytes) {
-      refuse(name, "it is larger than 16 MiB");
+    if (bytes.size() > kMaxJsonFileMib << 20) {
+      fail(name, "it is larger than " + std::to_string(kMaxJsonFileMib) + " MiB");
     }
   }
   if (std::ferror(file) != 0) {
-    refuse(name, std::strerror(errno));
+    fail(name, std::strerror(errno));
   }
   return bytes;
 }
@@ -41,9 +42,9 @@ std::string read_file(const std::string& name) {
   if (name == "-") {
     return read_all(stdin, name);
   }
-  const File file(std::fopen(name.c_str(), "rbe"));
+  const std::unique_ptr<std::FILE, FileClose> file(std::fopen(name.c_str(), "rbe"));
   if (file == nullptr) {
-    refuse(name, std::strerror(errno));
+    fail(name, std::strerror(errno));
   }
   return read_all(file.get(), name);
 }
@@ -62,17 +63,17 @@ std::string shown_name(const std::string& name) { return name == "-" ? "standard
 Json read_json_file(const std::string& name) {
   const std::string text = read_file(name);
   if (const std::size_t nul = text.find('\0'); nul != std::string::npos) {
-    refuse(name, position(text, nul) + ": a NUL byte, which no JSON document holds");
+    fail(name, position(text, nul) + ": a NUL byte, which JSON does not allow");
   }
-  const std::unique_ptr<json_tokener, TokenerRelease> tokener(json_tokener_new_ex(kMaxDepth));
+  const std::unique_ptr<json_tokener, TokenerRelease> tokener(json_tokener_new_ex(kMaxJsonDepth));
   json_tokener_set_flags(tokener.get(), JSON_TOKENER_STRICT);
-  // The terminator is parsed as well: it tells the parser that nothing follows.
+  // The terminator is parsed as well: it marks the end for the parser.
   Json document(
       json_tokener_parse_ex(tokener.get(), text.c_str(), static_cast<int>(text.size()) + 1));
   if (const json_tokener_error error = json_tokener_get_error(tokener.get());
       error != json_tokener_success) {
-    refuse(name, position(text, json_tokener_get_parse_end(tokener.get())) + ": " +
-                     json_tokener_error_desc(error));
+    fail(name, position(text, json_tokener_get_parse_end(tokener.get())) + ": " +
+                   json_tokener_error_desc(error));
   }
   return document;
 }

@@ -1,4 +1,4 @@
-// Reading JSON documents that a person hands over.
+// Reads JSON documents given by the user.
 #pragma once
 
 #include <cstddef>
@@ -8,15 +8,17 @@
 
 namespace devcfg {
 
-// A larger file is refused: the whole vault of 128 data sources is far below.
-inline constexpr std::size_t kJsonFileBytes = std::size_t{16} << 20;
+// A larger file is rejected; the document of a full vault is far smaller.
+inline constexpr std::size_t kMaxJsonFileMib = 16;
+// Deeper documents are rejected.
+inline constexpr int kMaxJsonDepth = 32;
 
-// Reads the file, or standard input when `name` is "-". Strict JSON, at most 32 levels deep.
-// Refusal with the file's name when it cannot be read, is too large, or is no JSON: then with the
-// line and column (in bytes, from 1). The document null is a null pointer.
+// Reads the file, or standard input when `name` is "-", as strict JSON. Throws CommandError with
+// the file's name when it cannot be read, is too large or is not JSON: then with the line and
+// column (in bytes, from 1). Returns a null pointer for the document null.
 Json read_json_file(const std::string& name);
 
-// The name of the file in messages.
+// Returns the name of the file as messages show it.
 std::string shown_name(const std::string& name);
 
 }  // namespace devcfg

@@ -5,61 +5,52 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/raw_arguments.h"
-#include "cli/command_error.h"
 
 namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+constexpr char kDescription[] =
+    "Shows and changes the device configuration of the metadata service: its data sources\n"
+    "(cameras, tills, doors), their camera channels and their text filters.";
 constexpr char kExitStatus[] =
     "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.";
 
-// An argument that is taken for an option, but may be meant as a text.
-std::string hint_at_dashes(const CLI::App& app) {
-  for (const std::string& argument : app.remaining(true)) {
-    if (argument.starts_with('-')) {
-      return "\na text that begins with a dash stands behind --: -- " + argument;
-    }
-  }
-  return "";
-}
-
-std::string failure_message(const CLI::App* app, const CLI::Error& error) {
-  return devcfg::visible(std::string("devcfg: ") + error.what() + hint_at_dashes(*app)) +
-         "\ndevcfg --help and devcfg COMMAND --help tell more\n";
-}
-
-void describe(CLI::App& app) {
-  app.description(
-      "Shows and changes the device configuration of the metadata service: its data sources\n"
-      "(cameras, tills, doors), their camera channels and their text filters.");
-  // A command without a footer of its own takes this one.
-  app.footer(kExitStatus);
-  app.require_subcommand(1);
-  app.fallthrough();
-  app.failure_message(failure_message);
-  app.set_version_flag("--version", "devcfg " DEVCFG_VERSION, "Print the version and exit");
-  app.add_flag_callback(
+void add_flags(devcfg::Command root) {
+  root.print_flag("--version", "devcfg " DEVCFG_VERSION, "Print the version and exit");
+  root.flag(
       "--log", [] { setenv("ORVANE_LOG", "stderr", 1); },
       "Show the log lines of the library on standard error");
-  app.add_flag_callback(
-      "--root", [] { throw CLI::CallForVersion(ORVANEIP_ROOT, 0); },
-      "Print the prefix of the fixed paths that this build works on");
-  devcfg::add_data_source_commands(app);
-  devcfg::add_filter_commands(app);
-  devcfg::add_camera_commands(app);
-  devcfg::add_tree_commands(app);
-  devcfg::add_rule_commands(app);
-  devcfg::add_text_commands(app);
-  devcfg::add_schema_commands(app);
-  devcfg::add_service_commands(app);
-  devcfg::add_frame_commands(app);
-  devcfg::add_net_commands(app);
-  // Last, since a subcommand takes over the footer that it finds.
-  app.footer(
+  root.print_flag("--root", ORVANEIP_ROOT,
+                  "Print the prefix of the fixed paths that this build works on");
+}
+
+void add_commands(devcfg::Command root) {
+  devcfg::add_data_source_commands(root);
+  devcfg::add_filter_commands(root);
+  devcfg::add_camera_commands(root);
+  devcfg::add_tree_commands(root);
+  devcfg::add_rule_commands(root);
+  devcfg::add_text_commands(root);
+  devcfg::add_search_commands(root);
+  devcfg::add_metadata_commands(root);
+  devcfg::add_schema_commands(root);
+  devcfg::add_service_commands(root);
+  devcfg::add_frame_commands(root);
+  devcfg::add_net_commands(root);
+}
+
+void declare(devcfg::Command root) {
+  // The footer of a command without its own.
+  root.footer(kExitStatus);
+  add_flags(root);
+  add_commands(root);
+  // After the subcommands, since they have the footer that is set when they are added.
+  root.footer(
       "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n" +
       std::string(kExitStatus) +
       "\nA first try, with a vault of its own:\n"
@@ -68,7 +59,7 @@ void describe(CLI::App& app) {
       "  devcfg list");
 }
 
-// Without a setting texts would be shown as bytes: the vault's are UTF-8.
+// In the C locale the table would show UTF-8 as bytes.
 void choose_locale() {
   std::setlocale(LC_ALL, "");
   if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0) {
@@ -76,14 +67,12 @@ void choose_locale() {
   }
 }
 
-int run(CLI::App& app, int argc, char** argv) {
+int run(int argc, char** argv) {
+  devcfg::CommandLine command_line("devcfg", kDescription);
+  declare(command_line.root());
   int status = 0;
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    if (app.exit(error) != 0) {
-      return kWrongUsage;
-    }
+    command_line.run(argc, argv);
   } catch (const devcfg::NegativeAnswer&) {
     status = kFailed;
   }
@@ -98,11 +87,13 @@ int main(int argc, char** argv) {
   devcfg::raw_arguments.assign(argv, argv + argc);
   setenv("ORVANE_LOG", "off", 0);
   try {
-    CLI::App app("", "devcfg");
-    describe(app);
-    return run(app, argc, argv);
+    return run(argc, argv);
+  } catch (const devcfg::UsageError& error) {
+    devcfg::report(error.what());
+    std::fputs("see devcfg --help and devcfg COMMAND --help\n", stderr);
+    return kWrongUsage;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "devcfg: %s\n", devcfg::visible(error.what()).c_str());
+    devcfg::report(error.what());
     return kFailed;
   }
 }

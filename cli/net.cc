@@ -1,10 +1,9 @@
 // devcfg net: how this machine can be reached.
-#include <memory>
 #include <string>
 
+#include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
@@ -21,7 +20,7 @@ NetInfo ask() {
   const int result =
       get_nas_net_info(info.ip, &info.share_value_1, &info.app_value, &info.share_value_2);
   if (result != kDevcfgOk) {
-    throw Refusal("no network information", result);
+    throw CommandError("no network information", result);
   }
   return info;
 }
@@ -42,14 +41,15 @@ void print_table(const NetInfo& info) {
   table.print();
 }
 
+void show(const bool& json) { (json ? print_document : print_table)(ask()); }
+
 }  // namespace
 
-void add_net_commands(CLI::App& app) {
-  CLI::App* const net =
-      app.add_subcommand("net", "Show the address and numbers under which this machine is reached");
-  const auto json = std::make_shared<bool>(false);
-  net->add_flag("--json", *json, "Print a JSON document");
-  net->callback([json] { (*json ? print_document : print_table)(ask()); });
+void add_net_commands(Command root) {
+  const Command net =
+      root.subcommand("net", "Show the address and numbers under which this machine is reached");
+  bool& json = net.run(show);
+  net.flag("--json", json, "Print a JSON document");
 }
 
 }  // namespace devcfg

@@ -11,37 +11,36 @@ struct libscols_table;
 
 namespace devcfg {
 
-// Prints the document, indented, and a line feed. What is not UTF-8 in its texts is shown as
-// U+FFFD, so that it is valid JSON, and standard error tells so.
+// Prints the document, indented, and a line feed. Bytes that are not UTF-8 are printed as U+FFFD,
+// so that it is valid JSON; then standard error says so.
 void print_json(json_object* document);
 
-// The text with its control characters made visible as \xNN: safe to print on a terminal. Line
-// feeds stay.
-std::string visible(const std::string& text);
-
-// Prints the text, made visible, and a line feed.
+// Prints the text, its control characters escaped but for line feeds, and a line feed.
 void print_line(const std::string& text);
+
+// The same on standard error, after "devcfg: ".
+void report(const std::string& message);
 
 inline const char* yes_or_no(bool value) { return value ? "yes" : "no"; }
 
-// "a, b, c"
-std::string joined(const std::vector<std::string>& texts);
+// Returns the text in quotation marks.
+std::string in_quotes(const std::string& text);
 
-// "1 filter", "2 filters"
-std::string counted(std::size_t count, const std::string& noun);
+// Returns "1 filter", "2 filters", ...
+std::string pluralize(std::size_t count, const std::string& noun);
 
-// Reports what standard output has not taken as a Refusal. Called once, at the end.
+// Throws CommandError when standard output was not written completely. Called once, at the end.
 void finish_output();
 
-// A table for a terminal. Columns are as wide as their texts; control characters are made visible.
+// A table for a terminal. Columns are as wide as their cells; control characters are escaped.
 class Table {
  public:
   explicit Table(const std::vector<std::string>& columns);
-  // A table of this many columns without a heading.
+  // Returns a table of this many columns without a heading.
   static Table without_heading(std::size_t columns);
 
-  // One text for each column.
-  void add_row(const std::vector<std::string>& texts);
+  // `cells`: one for each column.
+  void add_row(const std::vector<std::string>& cells);
   void print() const;
 
  private:

@@ -1,4 +1,4 @@
-// The command line as main got it.
+// The command line as main receives it.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace devcfg {
 
-// Set before anything is parsed. CLI11 takes an argument "[a]" for a list of one, "a", wherever
-// several values may stand: a command for which that is not the same looks here.
+// Set before anything is parsed. Where several values are allowed, the parser reads an argument
+// "[a]" as the list of "a": a command to which that matters reads the argument here.
 inline std::vector<std::string> raw_arguments;
 
 }  // namespace devcfg

@@ -1,23 +1,23 @@
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
-#include <memory>
 #include <string>
 
+#include "base/ascii_case.h"
+#include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
 
-// Room for the longest result of a rule, as devcfg_match_filters wants it.
+// The longest result of a rule, as devcfg_match_filters requires.
 constexpr int kOutputBytes = kRuleTextBytes + 1;
 
 std::vector<dev_filter> read_devices() {
   std::vector<dev_filter> devices;
   if (devcfg_get_filter_rules_list(devices) != 0) {
-    throw Refusal("the rule file cannot be read (--log tells why)");
+    throw CommandError("the rule file cannot be read (--log shows why)");
   }
   return devices;
 }
@@ -77,7 +77,9 @@ void print_document(const std::vector<dev_filter>& devices) {
   print_json(list.get());
 }
 
-// The line as the service gets it; the rule's line break takes the place of the line's own.
+void list(const bool& json) { (json ? print_document : print_table)(read_devices()); }
+
+// Returns the line as the service gets it; the line break of a rule replaces that of the line.
 std::string filtered(const std::string& line, const std::string& device_id,
                      const std::vector<dev_filter>& devices) {
   char output[kOutputBytes] = {};
@@ -94,47 +96,43 @@ std::string filtered(const std::string& line, const std::string& device_id,
   }
 }
 
-void tell_unknown_device(const std::string& device_id, const std::vector<dev_filter>& devices) {
-  const std::string wanted = CLI::ignore_case(device_id);
+void report_unknown_device(const std::string& device_id, const std::vector<dev_filter>& devices) {
   if (std::none_of(devices.begin(), devices.end(), [&](const dev_filter& device) {
-        return CLI::ignore_case(device.device_id) == wanted;
+        return base::equal_ignoring_case(device.device_id, device_id);
       })) {
-    std::fprintf(stderr, "devcfg: there are no rules for %s\n", visible(device_id).c_str());
+    report("there are no rules for " + device_id);
   }
 }
 
 void apply(const std::string& device_id) {
   const std::vector<dev_filter> devices = read_devices();
-  tell_unknown_device(device_id, devices);
+  report_unknown_device(device_id, devices);
   for (std::string line; std::getline(std::cin, line);) {
     const std::string text = filtered(line, device_id, devices);
     std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);  // who sends a line may wait for what becomes of it
+    std::fflush(stdout);  // the sender of a line may wait for its result
   }
   if (std::ferror(stdout) != 0) {
-    throw Refusal("standard output cannot be written");
+    throw CommandError("cannot write to standard output");
   }
 }
 
 }  // namespace
 
-void add_rule_commands(CLI::App& app) {
-  CLI::App* rules = app.add_subcommand("rules", "The rules for the texts of devices");
-  rules->require_subcommand(1);
-  rules->footer("The rule file is " ORVANEIP_ROOT
-                "/etc/config/kfilter.xml, which is only read.\n"
-                "Example:\n  devcfg rules apply till-1 < receipts.txt");
+void add_rule_commands(Command root) {
+  const Command rules = root.group("rules", "The rules for text from devices");
+  rules.footer("The rule file is " ORVANEIP_ROOT
+               "/etc/config/kfilter.xml, which is only read.\n"
+               "Example:\n  devcfg rules apply till-1 < receipts.txt");
 
-  auto json = std::make_shared<bool>(false);
-  CLI::App* list = rules->add_subcommand("list", "List the rules of the rule file");
-  list->add_flag("--json", *json, "Print JSON");
-  list->callback([=] { *json ? print_document(read_devices()) : print_table(read_devices()); });
+  const Command listed = rules.subcommand("list", "List the rules of the rule file");
+  bool& json = listed.run(list);
+  listed.flag("--json", json, "Print JSON");
 
-  auto device_id = std::make_shared<std::string>();
-  CLI::App* applied = rules->add_subcommand(
-      "apply", "Put the lines of standard input through the rules of a device");
-  applied->add_option("ID", *device_id, "The device's identifier, in any letter case")->required();
-  applied->callback([=] { apply(*device_id); });
+  const Command applied =
+      rules.subcommand("apply", "Apply the rules of a device to the lines of standard input");
+  std::string& device_id = applied.run(apply);
+  applied.argument("ID", device_id, "The device's identifier, in any letter case");
 }
 
 }  // namespace devcfg

@@ -1,27 +1,28 @@
 #include "cli/vault.h"
 
 #include "cli/command_error.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {
 
 void check_read(int status) {
   if (status != metadata_vault::kVaultOk) {
-    throw Refusal("the vault cannot be read", status);
+    throw CommandError("the vault cannot be read", status);
   }
 }
 
-void require_text(const std::string& text, const char* what) {
-  if (text.empty()) {
-    throw Refusal(std::string(what) + " must not be empty");
+void require_not_empty(const std::string& value, const char* what) {
+  if (value.empty()) {
+    throw CommandError(std::string(what) + " must not be empty");
   }
 }
 
-// The library shows a vault that became unreadable in between as one that holds nothing.
+// The library reports a vault that became unreadable in between as an empty one.
 Json require_entries(Json document, std::size_t expected) {
-  json_object* list = member(document.get(), "vault_list");
+  json_object* list = json_object_object_get(document.get(), "vault_list");
   if (list == nullptr || (expected > 0 && json_object_array_length(list) == 0)) {
-    throw Refusal("the vault could not be read; --log tells why");
+    throw CommandError("the vault could not be read (--log shows why)");
   }
   return document;
 }
@@ -30,7 +31,7 @@ Json require_entries(Json document, std::size_t expected) {
 
 Vault::Vault() : store_(new CDataSource) {
   if (const int status = store_->init(); status != metadata_vault::kVaultOk) {
-    throw Refusal("the vault cannot be opened", status);
+    throw CommandError("the vault cannot be opened", status);
   }
 }
 
@@ -43,14 +44,14 @@ std::vector<DataSource> Vault::data_sources() const {
 }
 
 std::optional<DataSource> Vault::find(const std::string& vault_id) const {
-  require_text(vault_id, "an identifier");  // an empty text would match every data source
+  require_not_empty(vault_id, "an identifier");  // "" would match every data source
   std::vector<DataSource> found;
   check_read(store_->query_data_source(vault_id, "", found));
   return found.empty() ? std::nullopt : std::optional(std::move(found.front()));
 }
 
 std::vector<Channel> Vault::channels_of_camera(const std::string& guid) const {
-  require_text(guid, "the guid of a camera");
+  require_not_empty(guid, "the guid of a camera");
   std::vector<Channel> found;
   check_read(store_->query_channel("", guid, found));
   return found;
@@ -59,7 +60,7 @@ std::vector<Channel> Vault::channels_of_camera(const std::string& guid) const {
 DataSource stored_data_source(const std::string& vault_id) {
   std::optional<DataSource> found = Vault().find(vault_id);
   if (!found) {
-    throw Refusal("there is no data source " + in_quotes(vault_id));
+    throw CommandError("there is no data source " + in_quotes(vault_id));
   }
   return *std::move(found);
 }
@@ -76,10 +77,8 @@ Json data_source_document(const std::string& vault_id) {
   return require_entries(Json(devcfg_get_device(id.data(), &error)), 1);
 }
 
-std::string did_not_arrive(const std::string& change) {
-  return change + " did not arrive in the vault; --log tells why";
+std::string not_stored(const std::string& change) {
+  return change + " was not stored in the vault (--log shows why)";
 }
-
-std::string in_quotes(const std::string& text) { return '"' + text + '"'; }
 
 }  // namespace devcfg

@@ -1,5 +1,5 @@
-// The vault as the commands see it: what cannot be opened or read is a Refusal, never an empty
-// list.
+// The vault as the commands see it: one that cannot be opened or read is a CommandError, never an
+// empty list.
 #pragma once
 
 #include <memory>
@@ -26,30 +26,28 @@ class Vault {
 
   CDataSource* operator->() const { return store_.get(); }
 
-  // Every data source, by index, with its channels and filters: one moment's state.
+  // Returns every data source, by index, with its channels and filters: one consistent state.
   std::vector<DataSource> data_sources() const;
 
-  // The data source with this identifier, which must not be empty; nothing when there is none.
+  // Returns the data source with this identifier, which must not be empty; nothing when it does not
+  // exist.
   std::optional<DataSource> find(const std::string& vault_id) const;
 
-  // The channels of a camera, in every data source. The guid must not be empty.
+  // Returns the channels of a camera in every data source. The guid must not be empty.
   std::vector<Channel> channels_of_camera(const std::string& guid) const;
 
  private:
   std::unique_ptr<CDataSource> store_;
 };
 
-// The data source as it is stored now. Refusal when there is none.
+// Returns the data source as it is stored now. Throws CommandError when it does not exist.
 DataSource stored_data_source(const std::string& vault_id);
 
-// The library's document of all data sources (vault/list_devices.h), or of one.
+// Return the library's document of all data sources (vault/list_devices.h), or of one.
 Json all_data_sources_document();
 Json data_source_document(const std::string& vault_id);
 
-// Why a change that was made without a complaint is not found in the vault.
-std::string did_not_arrive(const std::string& change);
-
-// The text between quotation marks.
-std::string in_quotes(const std::string& text);
+// Returns the message for a change that was reported as done but is not in the vault.
+std::string not_stored(const std::string& change);
 
 }  // namespace devcfg

@@ -1,21 +1,21 @@
 #!/usr/bin/env bash
 # demo-devices.sh [DEVCFG]: the device tree and the device rules, on the files in examples/devices.
-# Needs a devcfg of a build with a root folder of its own (ORVANEIP_ROOT): nothing else is touched.
-# Ends with an error as soon as a step does not show what it should.
+# Needs a devcfg whose build sets ORVANEIP_ROOT: only files below it are changed.
+# Fails as soon as a step does not show what it should.
 set -euo pipefail
 program=$(realpath "$(command -v "${1:-devcfg}")")
 cd "$(dirname "$0")/devices"
 devcfg() { "$program" "$@"; }
 
 root=$(devcfg --root)
-[ -n "$root" ] || { echo "$program works on the real paths: take one of a development build" >&2; exit 1; }
+[ -n "$root" ] || { echo "$program works on the real paths: use one of a development build" >&2; exit 1; }
 readonly tree=$root/third_party/zelip/config
 export ORVANE_VAULT=$root/demo/vault.db
 rm -rf "$tree" "$root/demo"
 mkdir -p "$root/etc/config" "$root/demo"
 
-# expect STATUS TEXT COMMAND...: the command ends with STATUS and prints TEXT among the rest. It reads
-# the file $input, if one is set.
+# expect STATUS TEXT COMMAND...: the command ends with STATUS and its output contains TEXT. It reads
+# the file $input, if set.
 expect() {
   local status=$1 text=$2 output outcome=0
   shift 2
@@ -50,19 +50,19 @@ input=password.txt expect 0 "device_004" devcfg tree add till-3 --password-stdin
 expect 0 "sesame-2" devcfg tree show device_004 --show-password
 
 echo
-echo "== The built-in devices: first what would happen, then the change"
+echo "== The built-in devices: first a dry run, then the change"
 expect 0 "builtin_1" devcfg tree sync-builtin --dry-run
 expect 0 "matches" devcfg tree sync-builtin
 expect 0 "Door contacts on the alarm bus" devcfg tree nodes
 expect 0 "nothing to change" devcfg tree sync-builtin --dry-run
 
 echo
-echo "== The rules for the texts of the till at the front door"
+echo "== The rules for text from the till at the front door"
 expect 0 "Drawer opened" devcfg rules list
 input=till_texts.txt expect 0 "The drawer was opened" devcfg rules apply TILL-1
 input=till_texts.txt expect 0 "no rules for till-9" devcfg rules apply till-9
 
 echo
-echo "== The events of two devices; the event service does not know those of the till any more"
+echo "== The events of two devices; the event service no longer has those of the till"
 expect 0 "no events recorded" devcfg tree clear-events event_tree.xml device_002
 expect 1 "did not remove" devcfg tree clear-events event_tree.xml device_000

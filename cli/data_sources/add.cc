@@ -1,11 +1,10 @@
 #include <algorithm>
-#include <memory>
 
+#include "cli/command_error.h"
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
-#include "cli/data_sources/name_checks.h"
+#include "cli/data_sources/name_and_description.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
@@ -20,15 +19,16 @@ struct AddOptions {
   bool json = false;
 };
 
-// The buffer that the library reads the identifier from and writes a new one into.
+// Returns the buffer from which the library reads the identifier, or into which it writes a new
+// one.
 std::vector<char> identifier_buffer(const std::string& id) {
   std::vector<char> buffer(std::max(id.size() + 1, kDeviceIdBytes));
   std::copy(id.begin(), id.end(), buffer.begin());
   return buffer;
 }
 
-// Two processes that add at the same moment choose the same index, and one of them is told so. Each
-// time another one has stored a data source, so the vault is full before the attempts are used up.
+// Of two processes that add at the same moment and choose the same index, one fails. Each time
+// another one has stored a data source, so the vault is full before the attempts are used up.
 std::string add_to_vault(AddOptions options, json_object* channel_list) {
   std::vector<char> id = identifier_buffer(options.id.value_or(""));
   int error = metadata_vault::kVaultIndexTaken;
@@ -41,21 +41,21 @@ std::string add_to_vault(AddOptions options, json_object* channel_list) {
                       !options.disabled, &error);
   }
   if (error != kDevcfgOk) {
-    throw Refusal("the data source was not added", error);
+    throw CommandError("the data source was not added", error);
   }
   return id.data();
 }
 
-void check_arrival(const AddOptions& options, json_object* channel_list, const std::string& id) {
+void check_stored(const AddOptions& options, json_object* channel_list, const std::string& id) {
   const DataSource stored = stored_data_source(id);
   const auto channels =
       channel_list != nullptr ? sorted_channels(channel_list) : std::vector<Channel>();
   if (stored.vault_name != options.name || stored.type != options.type ||
       stored.description != options.description || stored.enable == options.disabled) {
-    throw Refusal(did_not_arrive("a part of the new data source " + in_quotes(id)));
+    throw CommandError(not_stored("a part of the new data source " + in_quotes(id)));
   }
   if (!same_channels(stored.channel_guid_list, channels)) {
-    throw Refusal(in_quotes(id) + " was added, but not with these channels; --log tells why");
+    throw CommandError(in_quotes(id) + " was added, but not with these channels (--log shows why)");
   }
 }
 
@@ -64,11 +64,11 @@ void add(const AddOptions& options) {
   check_description(options.description);
   const Json channel_list = read_channel_options(options.channels);
   if (options.id && Vault().find(*options.id)) {
-    throw Refusal(in_quotes(*options.id) + " was not added", kDevcfgAlreadyExists);
+    throw CommandError(in_quotes(*options.id) + " was not added", kDevcfgAlreadyExists);
   }
-  Vault().data_sources();  // a vault that cannot be read is told in its own words
+  Vault().data_sources();  // throws when the vault cannot be read
   const std::string id = add_to_vault(options, channel_list.get());
-  check_arrival(options, channel_list.get(), id);
+  check_stored(options, channel_list.get(), id);
   if (!options.json) {
     print_line(id);
     return;
@@ -80,22 +80,19 @@ void add(const AddOptions& options) {
 
 }  // namespace
 
-void register_add(CLI::App& app) {
-  auto options = std::make_shared<AddOptions>();
-  CLI::App* command = app.add_subcommand("add", "Add a data source and print its identifier")
-                          ->footer(
-                              "Example:\n  devcfg add till-1 --type pos-serial --name \"Till 1\" "
-                              "--channel 0:cam-01:Entrance");
-  command->add_option_function<std::string>(
-      "ID", [options](const std::string& id) { options->id = id; },
-      "Its identifier; without one a new identifier is made");
-  command->add_option("--type", options->type, "Its kind, for instance pos-serial")->required();
-  command->add_option("--name", options->name, kNameHelp)->required();
-  command->add_option("--description", options->description, kDescriptionHelp);
-  add_channel_options(*command, options->channels);
-  command->add_flag("--disabled", options->disabled, "Add it switched off");
-  command->add_flag("--json", options->json, "Print {\"vault_id\": ...}");
-  command->callback([options] { add(*options); });
+void add_add_command(Command root) {
+  const Command command = root.subcommand("add", "Add a data source and print its identifier");
+  AddOptions& options = command.run(add);
+  command.argument("ID", options.id, "Its identifier; without one a new identifier is generated");
+  command.option("--type", options.type, "Its kind, for instance pos-serial").required();
+  command.option("--name", options.name, name_help()).required();
+  command.option("--description", options.description, description_help());
+  add_channel_options(command, options.channels);
+  command.flag("--disabled", options.disabled, "Add it switched off");
+  command.flag("--json", options.json, "Print {\"vault_id\": ...}");
+  command.footer(
+      "Example:\n  devcfg add till-1 --type pos-serial --name \"Till 1\" "
+      "--channel 0:cam-01:Entrance");
 }
 
 }  // namespace devcfg

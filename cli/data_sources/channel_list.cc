@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/json_fields.h"
 #include "cli/json_file.h"
 #include "cli/output.h"
 
 namespace devcfg {
 namespace {
 
-// The text is INDEX:GUID:NAME; a name may hold further colons.
+// `text` is INDEX:GUID:NAME; the name may contain further colons.
 json_object* parse_channel(const std::string& text) {
   const std::size_t first = text.find(':');
   const std::size_t second = first != std::string::npos ? text.find(':', first + 1) : first;
@@ -17,7 +18,7 @@ json_object* parse_channel(const std::string& text) {
   const char* index_end = text.data() + std::min(first, text.size());
   const auto read = std::from_chars(text.data(), index_end, channel.channel_index);
   if (second == std::string::npos || read.ec != std::errc() || read.ptr != index_end) {
-    throw CLI::ValidationError("--channel", in_quotes(text) + " is not INDEX:GUID:NAME");
+    throw UsageError("--channel: " + in_quotes(text) + " is not INDEX:GUID:NAME");
   }
   channel.guid = text.substr(first + 1, second - first - 1);
   channel.name = text.substr(second + 1);
@@ -26,16 +27,15 @@ json_object* parse_channel(const std::string& text) {
 
 }  // namespace
 
-void add_channel_options(CLI::App& command, ChannelOptions& options) {
+void add_channel_options(Command command, ChannelOptions& options, const std::string& file_help) {
   command
-      .add_option_function<std::string>(
-          "--channels", [&options](const std::string& file) { options.file = file; },
-          "The camera channels from a JSON file (- is standard input):\n"
-          "[{\"channel_index\": 0, \"guid\": \"cam-01\", \"name\": \"Entrance\"}, ...]")
-      ->type_name("FILE");
-  command.add_option("--channel", options.single, "One channel; may be given several times")
-      ->type_name("INDEX:GUID:NAME")
-      ->allow_extra_args(false);
+      .option("--channels", options.file,
+              "The camera channels from a JSON file (- is standard input):\n"
+              "[{\"channel_index\": 0, \"guid\": \"cam-01\", \"name\": \"Entrance\"}, ...]" +
+                  file_help)
+      .value_name("FILE");
+  command.option("--channel", options.single, "One channel; may be given several times")
+      .value_name("INDEX:GUID:NAME");
 }
 
 Json read_channel_options(const ChannelOptions& options) {
@@ -52,7 +52,7 @@ Json read_channel_options(const ChannelOptions& options) {
   }
   Problems problems;
   check_channel_list(list.get(), "", problems);
-  problems.refuse_if_any(subject);
+  problems.throw_if_any(subject);
   return list;
 }
 
@@ -60,9 +60,9 @@ std::vector<Channel> sorted_channels(json_object* channel_list) {
   std::vector<Channel> channels(json_object_array_length(channel_list));
   for (std::size_t i = 0; i < channels.size(); ++i) {
     json_object* entry = json_object_array_get_idx(channel_list, i);
-    channels[i].channel_index = json_object_get_int(member(entry, "channel_index"));
-    channels[i].guid = text_member(entry, "guid");
-    channels[i].name = text_member(entry, "name");
+    channels[i].channel_index = base::int_field(entry, "channel_index");
+    channels[i].guid = base::string_field(entry, "guid");
+    channels[i].name = base::string_field(entry, "name");
   }
   std::sort(channels.begin(), channels.end(), [](const Channel& left, const Channel& right) {
     return left.channel_index < right.channel_index;
@@ -77,7 +77,7 @@ bool check_channel_list(json_object* channel_list, const std::string& where, Pro
   }
   for (std::size_t i = 0; i < json_object_array_length(channel_list); ++i) {
     ObjectFields fields(json_object_array_get_idx(channel_list, i), entry_of(where, i), problems);
-    fields.refuse_keys_other_than({"channel_index", "guid", "name"});
+    fields.allow_only({"channel_index", "guid", "name"});
   }
   return true;
 }

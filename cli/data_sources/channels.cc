@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
 #include "cli/output.h"
@@ -38,19 +36,16 @@ void channels(const ChannelsOptions& options) {
 
 }  // namespace
 
-void register_channels(CLI::App& app) {
-  auto options = std::make_shared<ChannelsOptions>();
-  CLI::App* command =
-      app.add_subcommand("channels", "List the camera channels of one data source, or of all")
-          ->footer(
-              "Example: give one data source the channels of another\n"
-              "  devcfg channels till-1 --json | devcfg modify till-2 --channels -");
-  command->add_option_function<std::string>(
-      "ID", [options](const std::string& id) { options->id = id; },
-      "The data source; without one those of all are listed");
-  command->add_flag("--json", options->json,
-                    "Print a JSON array; with an ID it is one that --channels takes");
-  command->callback([options] { channels(*options); });
+void add_channels_command(Command root) {
+  const Command command =
+      root.subcommand("channels", "List the camera channels of one data source, or of all");
+  ChannelsOptions& options = command.run(channels);
+  command.argument("ID", options.id, "The data source; without one those of all are listed");
+  command.flag("--json", options.json,
+               "Print a JSON array; with an ID it is one that --channels accepts");
+  command.footer(
+      "Example: give one data source the channels of another\n"
+      "  devcfg channels till-1 --json | devcfg modify till-2 --channels -");
 }
 
 }  // namespace devcfg

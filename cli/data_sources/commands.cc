@@ -4,15 +4,15 @@
 
 namespace devcfg {
 
-void add_data_source_commands(CLI::App& app) {
-  register_add(app);
-  register_list(app);
-  register_show(app);
-  register_channels(app);
-  register_modify(app);
-  register_remove(app);
-  register_export(app);
-  register_import(app);
+void add_data_source_commands(Command root) {
+  add_add_command(root);
+  add_list_command(root);
+  add_show_command(root);
+  add_channels_command(root);
+  add_modify_command(root);
+  add_remove_command(root);
+  add_export_command(root);
+  add_import_command(root);
 }
 
 }  // namespace devcfg

@@ -1,17 +1,17 @@
 // The commands on data sources; each is registered by a function of its own.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "cli/command_line.h"
 
 namespace devcfg {
 
-void register_add(CLI::App& app);
-void register_list(CLI::App& app);
-void register_show(CLI::App& app);
-void register_channels(CLI::App& app);
-void register_modify(CLI::App& app);
-void register_remove(CLI::App& app);
-void register_export(CLI::App& app);
-void register_import(CLI::App& app);
+void add_add_command(Command root);
+void add_list_command(Command root);
+void add_show_command(Command root);
+void add_channels_command(Command root);
+void add_modify_command(Command root);
+void add_remove_command(Command root);
+void add_export_command(Command root);
+void add_import_command(Command root);
 
 }  // namespace devcfg

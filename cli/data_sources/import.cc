@@ -1,6 +1,3 @@
-#include <algorithm>
-#include <memory>
-
 #include "cli/data_sources/commands.h"
 #include "cli/data_sources/vault_change.h"
 #include "cli/data_sources/vault_document.h"
@@ -51,7 +48,7 @@ VaultChange plan(const ImportOptions& options) {
     change.removed.swap(stored);
   }
   check_conflicts(change, stored, problems);
-  problems.refuse_if_any("nothing was changed: " + shown_name(options.file));
+  problems.throw_if_any("nothing was changed: " + shown_name(options.file));
   return change;
 }
 
@@ -82,24 +79,23 @@ void import_vault(const ImportOptions& options) {
   }
   apply(change);
   print_change(change, "removed", "added");
-  print_line(counted(change.removed.size(), "data source") + " removed, " +
+  print_line(pluralize(change.removed.size(), "data source") + " removed, " +
              std::to_string(change.added.size()) + " added");
 }
 
 }  // namespace
 
-void register_import(CLI::App& app) {
-  auto options = std::make_shared<ImportOptions>();
-  CLI::App* command =
-      app.add_subcommand("import", "Add the data sources of a document that export has written")
-          ->footer(
-              "The whole document is checked first; when anything is wrong with it, every "
-              "problem is told\nand nothing is changed.\n"
-              "Example:\n  devcfg import backup.json --dry-run");
-  command->add_option("FILE", options->file, "The document; - is standard input")->required();
-  command->add_flag("--dry-run", options->dry_run, "Say what would be done, and do not do it");
-  command->add_flag("--replace", options->replace, "Remove all stored data sources first");
-  command->callback([options] { import_vault(*options); });
+void add_import_command(Command root) {
+  const Command command =
+      root.subcommand("import", "Add the data sources of a document that export has written");
+  ImportOptions& options = command.run(import_vault);
+  command.argument("FILE", options.file, "The document; - is standard input");
+  command.flag("--dry-run", options.dry_run, "Show what would be done, and change nothing");
+  command.flag("--replace", options.replace, "Remove all stored data sources first");
+  command.footer(
+      "The whole document is checked first; when anything is wrong with it, every problem is\n"
+      "reported and nothing is changed.\n"
+      "Example:\n  devcfg import backup.json --dry-run");
 }
 
 }  // namespace devcfg

@@ -1,10 +1,8 @@
-#include <memory>
-
+#include "cli/command_error.h"
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
-#include "cli/data_sources/name_checks.h"
+#include "cli/data_sources/name_and_description.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 
 namespace devcfg {
 namespace {
@@ -17,13 +15,14 @@ struct ModifyOptions {
   bool disable = false;
   ChannelOptions channels;
 
-  bool edits_texts() const { return name || description; }
+  bool edits_name_or_description() const { return name || description; }
   bool edits_enable() const { return enable || disable; }
 };
 
 void check_options(const ModifyOptions& options) {
-  if (!options.edits_texts() && !options.edits_enable() && !options.channels.given()) {
-    throw CLI::ValidationError("modify", "nothing to change is given");
+  if (!options.edits_name_or_description() && !options.edits_enable() &&
+      !options.channels.given()) {
+    throw UsageError("modify: nothing to change is given");
   }
   if (options.name) {
     check_name(*options.name);
@@ -33,8 +32,8 @@ void check_options(const ModifyOptions& options) {
   }
 }
 
-// The data source as it shall be. The library changes the name and the description together, so the
-// one that is not given is taken from `before`.
+// Returns the data source after the change. The library changes the name and the description
+// together, so the one that is not given is that of `before`.
 DataSource wanted_data_source(const ModifyOptions& options, const DataSource& before,
                               json_object* channel_list) {
   DataSource wanted = before;
@@ -46,29 +45,30 @@ DataSource wanted_data_source(const ModifyOptions& options, const DataSource& be
   if (channel_list != nullptr) {
     wanted.channel_guid_list = sorted_channels(channel_list);
   }
-  if (options.edits_texts() && wanted.vault_name.empty()) {
-    throw Refusal(in_quotes(options.id) + " has no name yet: give it one with --name");
+  if (options.edits_name_or_description() && wanted.vault_name.empty()) {
+    throw CommandError(in_quotes(options.id) + " has no name yet: set one with --name");
   }
   return wanted;
 }
 
 void change(const ModifyOptions& options, const DataSource& wanted, json_object* channel_list) {
   std::string id = options.id;
-  const Json name(options.edits_texts() ? json_text(wanted.vault_name) : nullptr);
-  const Json description(options.edits_texts() ? json_text(wanted.description) : nullptr);
+  const Json name(options.edits_name_or_description() ? json_text(wanted.vault_name) : nullptr);
+  const Json description(options.edits_name_or_description() ? json_text(wanted.description)
+                                                             : nullptr);
   const Json enable(options.edits_enable() ? json_object_new_boolean(wanted.enable) : nullptr);
   std::vector<int> channel_indexes;
   const int result =
       devcfg_modify_device(id.data(), nullptr, name.get(), description.get(), nullptr, nullptr,
                            channel_list, nullptr, enable.get(), nullptr, nullptr, channel_indexes);
   if (result != kDevcfgOk) {
-    throw Refusal(in_quotes(options.id) + " was not changed", result);
+    throw CommandError(in_quotes(options.id) + " was not changed", result);
   }
 }
 
-// Compares what was asked for only: others may have changed the rest meanwhile.
-bool has_arrived(const ModifyOptions& options, const DataSource& wanted, const DataSource& now) {
-  return (!options.edits_texts() ||
+// Compares only what was to change: other programs may have changed the rest.
+bool is_stored(const ModifyOptions& options, const DataSource& wanted, const DataSource& now) {
+  return (!options.edits_name_or_description() ||
           (now.vault_name == wanted.vault_name && now.description == wanted.description)) &&
          (!options.edits_enable() || now.enable == wanted.enable) &&
          (!options.channels.given() ||
@@ -99,34 +99,26 @@ void modify(const ModifyOptions& options) {
   const DataSource wanted = wanted_data_source(options, before, channel_list.get());
   change(options, wanted, channel_list.get());
   const DataSource now = stored_data_source(options.id);
-  if (!has_arrived(options, wanted, now)) {
-    throw Refusal(did_not_arrive("the change of " + in_quotes(options.id)));
+  if (!is_stored(options, wanted, now)) {
+    throw CommandError(not_stored("the change of " + in_quotes(options.id)));
   }
   print_changes(before, now);
 }
 
 }  // namespace
 
-void register_modify(CLI::App& app) {
-  auto options = std::make_shared<ModifyOptions>();
-  CLI::App* command = app.add_subcommand("modify", "Change a data source; what is not given stays")
-                          ->footer(
-                              "Example:\n  devcfg modify till-1 --name \"Front till\" "
-                              "--disable");
-  command->add_option("ID", options->id, "Its identifier")->required();
-  command->add_option_function<std::string>(
-      "--name", [options](const std::string& name) { options->name = name; },
-      std::string(kNameHelp) + "; no other data source may have it");
-  command->add_option_function<std::string>(
-      "--description", [options](const std::string& text) { options->description = text; },
-      std::string(kDescriptionHelp) + "; \"\" clears it");
-  auto* enable = command->add_flag("--enable", options->enable, "Switch it on");
-  command->add_flag("--disable", options->disable, "Switch it off")->excludes(enable);
-  add_channel_options(*command, options->channels);
-  command->get_option("--channels")
-      ->description(command->get_option("--channels")->get_description() +
-                    "\nThe new channels replace all old ones; [] removes them");
-  command->callback([options] { modify(*options); });
+void add_modify_command(Command root) {
+  const Command command =
+      root.subcommand("modify", "Change a data source; what is not given is kept");
+  ModifyOptions& options = command.run(modify);
+  command.argument("ID", options.id, "Its identifier");
+  command.option("--name", options.name, name_help() + "; no other data source may have it");
+  command.option("--description", options.description, description_help() + "; \"\" clears it");
+  const Option enable = command.flag("--enable", options.enable, "Switch it on");
+  command.flag("--disable", options.disable, "Switch it off").excludes(enable);
+  add_channel_options(command, options.channels,
+                      "\nThe new channels replace all old ones; [] removes them");
+  command.footer("Example:\n  devcfg modify till-1 --name \"Front till\" --disable");
 }
 
 }  // namespace devcfg

@@ -3,6 +3,7 @@
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/vault_document.h"
 #include "cli/filters/filter_list.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {
@@ -16,8 +17,8 @@ class DocumentReader {
 
   DataSource read(json_object* entry, const std::string& where) {
     ObjectFields fields(entry, where, problems_);
-    fields.refuse_keys_other_than({"vault_id", "vault_name", "description", "type", "index",
-                                   "enable", "last_recv_time", "filter", "channel_guid_list"});
+    fields.allow_only({"vault_id", "vault_name", "description", "type", "index", "enable",
+                       "last_recv_time", "filter", "channel_guid_list"});
     DataSource data_source;
     data_source.vault_id = read_id(fields);
     data_source.vault_name = fields.text("vault_name").value_or("");
@@ -84,7 +85,7 @@ class DocumentReader {
 
 std::vector<DataSource> read_vault_document(json_object* document, Problems& problems) {
   ObjectFields fields(document, "", problems);
-  fields.refuse_keys_other_than({"vault_list"});
+  fields.allow_only({"vault_list"});
   json_object* list = fields.array("vault_list");
   const std::size_t length = list != nullptr ? json_object_array_length(list) : 0;
   DocumentReader reader(problems);

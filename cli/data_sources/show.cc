@@ -1,5 +1,4 @@
-#include <memory>
-
+#include "base/json_fields.h"
 #include "cli/data_sources/channel_list.h"
 #include "cli/data_sources/commands.h"
 #include "cli/filters/filter_list.h"
@@ -13,21 +12,22 @@ struct ShowOptions {
   bool json = false;
 };
 
-// The moment in local time, as the list of all data sources tells it; "never" for none.
+// Returns the local time from the list of all data sources, or "never".
 std::string last_received(const std::string& vault_id) {
   const Json document = all_data_sources_document();
-  json_object* entries = member(document.get(), "vault_list");
+  json_object* entries = json_object_object_get(document.get(), "vault_list");
   for (std::size_t i = 0; i < json_object_array_length(entries); ++i) {
     json_object* entry = json_object_array_get_idx(entries, i);
-    if (text_member(entry, "vault_id") == vault_id) {
-      const std::string date = text_member(member(entry, "status"), "last_recv_date");
+    if (base::string_field(entry, "vault_id") == vault_id) {
+      const std::string date =
+          base::string_field(json_object_object_get(entry, "status"), "last_recv_date");
       return date.empty() ? "never" : date;
     }
   }
   return "never";
 }
 
-void show_texts(const DataSource& data_source) {
+void print_fields(const DataSource& data_source) {
   Table table = Table::without_heading(2);
   table.add_row({"Identifier", data_source.vault_id});
   table.add_row({"Name", data_source.vault_name});
@@ -45,7 +45,7 @@ void show(const ShowOptions& options) {
     return;
   }
   const DataSource data_source = stored_data_source(options.id);
-  show_texts(data_source);
+  print_fields(data_source);
   if (!data_source.channel_guid_list.empty()) {
     print_line("\nChannels");
     print_channels({data_source});
@@ -58,15 +58,14 @@ void show(const ShowOptions& options) {
 
 }  // namespace
 
-void register_show(CLI::App& app) {
-  auto options = std::make_shared<ShowOptions>();
-  CLI::App* command =
-      app.add_subcommand("show", "Show one data source with its channels and filters")
-          ->footer("Example:\n  devcfg show till-1");
-  command->add_option("ID", options->id, "Its identifier")->required();
-  command->add_flag("--json", options->json,
-                    "Print the library's document: {\"vault_list\": [...]} with one entry");
-  command->callback([options] { show(*options); });
+void add_show_command(Command root) {
+  const Command command =
+      root.subcommand("show", "Show one data source with its channels and filters");
+  ShowOptions& options = command.run(show);
+  command.argument("ID", options.id, "Its identifier");
+  command.flag("--json", options.json,
+               "Print the library's document: {\"vault_list\": [...]} with one entry");
+  command.footer("Example:\n  devcfg show till-1");
 }
 
 }  // namespace devcfg

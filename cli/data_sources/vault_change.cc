@@ -1,14 +1,15 @@
 #include "cli/data_sources/vault_change.h"
 
-#include "cli/output.h"
 #include "cli/command_error.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {
 
 using metadata_vault::kVaultOk;
 
-// Channels and filters may be stored for an identifier without a data source, which would get them.
+// Channels and filters may be stored for an identifier without a data source; a new one would have
+// them.
 int remove_left_over_lists(const Vault& vault, const std::string& vault_id) {
   std::vector<Channel> channels;
   std::vector<Filter> filters;
@@ -56,10 +57,10 @@ class ChangeInProgress {
     check(insert_rest(data_source), "storing", data_source);
   }
 
-  // What was done and is undone again, in words.
-  std::string take_back() {
+  // Undoes the change; returns what was done and undone, in words.
+  std::string roll_back() {
     std::string left;
-    const std::string done = counted(removed_.size(), "data source") + " removed and " +
+    const std::string done = pluralize(removed_.size(), "data source") + " removed and " +
                              std::to_string(added_.size()) + " added";
     for (const DataSource* data_source : added_) {
       if (vault_->remove_data_source(*data_source) != kVaultOk) {
@@ -73,7 +74,7 @@ class ChangeInProgress {
       }
     }
     return "\nuntil then: " + done +
-           (left.empty() ? "; all of it was taken back" : "; taken back, except:" + left);
+           (left.empty() ? "; all of it was rolled back" : "; rolled back, except:" + left);
   }
 
  private:
@@ -86,7 +87,8 @@ class ChangeInProgress {
 
   static void check(int status, const char* step, const DataSource& data_source) {
     if (status != kVaultOk) {
-      throw Refusal(std::string(step) + " " + in_quotes(data_source.vault_id) + " failed", status);
+      throw CommandError(std::string(step) + " " + in_quotes(data_source.vault_id) + " failed",
+                         status);
     }
   }
 
@@ -106,8 +108,8 @@ void apply(const VaultChange& change) {
     for (const DataSource& data_source : change.added) {
       progress.add(data_source);
     }
-  } catch (const Refusal& refusal) {
-    throw Refusal(refusal.what() + progress.take_back());
+  } catch (const CommandError& error) {
+    throw CommandError(error.what() + progress.roll_back());
   }
 }
 

@@ -9,15 +9,15 @@
 #include <vector>
 
 #include "cli/json.h"
-#include "cli/json_fields.h"
+#include "cli/json_checks.h"
 #include "cli/vault.h"
 
 namespace devcfg {
 
 Json vault_document(const std::vector<DataSource>& data_sources);
 
-// The data sources of a document. What is wrong with it in itself is added to `problems`; then the
-// result must not be used.
+// Returns the data sources of a document. What is wrong in the document itself is added to
+// `problems`; then the result must not be used.
 std::vector<DataSource> read_vault_document(json_object* document, Problems& problems);
 
 }  // namespace devcfg

@@ -13,18 +13,18 @@ std::int32_t read_type(ObjectFields& fields, Problems& problems) {
   using Limits = std::numeric_limits<std::int32_t>;
   const auto type = fields.integer("type", Limits::min(), Limits::max(), Presence::kOptional);
   if (type == kNoType) {
-    problems.add(fields.where("type"), "-1 stands for no type, and ends the reading of rules");
+    problems.add(fields.where("type"), "-1 means no type, and ends the reading of rules");
   }
   return static_cast<std::int32_t>(type.value_or(0));
 }
 
 Filter read_filter(json_object* entry, const std::string& where, Problems& problems) {
   ObjectFields fields(entry, where, problems);
-  fields.refuse_keys_other_than({"type", "target", "result", "name"});
+  fields.allow_only({"type", "target", "result", "name"});
   Filter filter;
   filter.type = read_type(fields, problems);
-  filter.target = fields.text("target", Presence::kOptional, kFilterTextBytes).value_or("");
-  filter.result = fields.text("result", Presence::kOptional, kFilterTextBytes).value_or("");
+  filter.target = fields.text("target", Presence::kOptional, kMaxFilterTextBytes).value_or("");
+  filter.result = fields.text("result", Presence::kOptional, kMaxFilterTextBytes).value_or("");
   filter.name = fields.text("name", Presence::kOptional).value_or("");
   return filter;
 }

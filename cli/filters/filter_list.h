@@ -1,22 +1,22 @@
-// Filter lists: as JSON and as records.
+// Filter lists, as JSON and as records.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "cli/json.h"
-#include "cli/json_fields.h"
+#include "cli/json_checks.h"
 #include "cli/vault.h"
 
 namespace devcfg {
 
-// Bytes of a target or a result that filtering takes; it would cut the rest of a longer one.
-inline constexpr std::size_t kFilterTextBytes = kRuleTextBytes - 1;
+// Longest target or result in bytes: filtering would cut a longer one.
+inline constexpr std::size_t kMaxFilterTextBytes = kRuleTextBytes - 1;
 
-// Reads a filter list that stands at `where` ("": the document itself), as the library would store
-// it: a missing "type" is 0, a missing text empty. Everything else that is not a list of {"type":
-// int, "target", "result", "name": string} is a problem, and so is what filtering would not apply:
-// a type of -1 and a text that it would cut. After a problem the result must not be used.
+// Reads the filter list at `where` ("": the document itself) as the library would store it: a
+// missing "type" is 0, a missing string empty. Anything else than a list of {"type": int, "target",
+// "result", "name": string} is a problem, and so is what filtering would not apply: a type of -1
+// and a string that it would cut. After a problem the result must not be used.
 std::vector<Filter> read_filter_list(json_object* filter_list, const std::string& where,
                                      Problems& problems);
 

@@ -40,7 +40,7 @@ bool read_some(Bytes& bytes) {
     count = read(STDIN_FILENO, bytes.data() + size, kChunkBytes);
   } while (count < 0 && errno == EINTR);
   if (count < 0) {
-    throw Refusal(std::string("standard input cannot be read: ") + strerrordesc_np(errno));
+    throw CommandError(std::string("cannot read standard input: ") + strerrordesc_np(errno));
   }
   bytes.resize(size + static_cast<std::size_t>(count));
   return count > 0;
@@ -48,7 +48,7 @@ bool read_some(Bytes& bytes) {
 
 void write_bytes(const unsigned char* bytes, std::size_t size_bytes) {
   if (std::fwrite(bytes, 1, size_bytes, stdout) != size_bytes) {
-    throw Refusal("standard output cannot be written");
+    throw CommandError("cannot write to standard output");
   }
 }
 

@@ -43,7 +43,7 @@ void FrameDecoder::write_frame(const unsigned char* frame, std::size_t frame_byt
   const std::size_t payload_bytes = frame_bytes - kFrameOverheadBytes;
   if (hex_) {
     std::printf("frame at offset %zu, payload of %s\n", offset_,
-                counted(payload_bytes, "byte").c_str());
+                pluralize(payload_bytes, "byte").c_str());
     write_hex_view(payload, payload_bytes);
   } else {
     write_bytes(payload, payload_bytes);
@@ -52,8 +52,8 @@ void FrameDecoder::write_frame(const unsigned char* frame, std::size_t frame_byt
 
 void FrameDecoder::report_gap() {
   if (gap_bytes_ > 0) {
-    std::fprintf(stderr, "devcfg: skipped %s at offset %zu\n", counted(gap_bytes_, "byte").c_str(),
-                 offset_ - gap_bytes_);
+    report("skipped " + pluralize(gap_bytes_, "byte") + " at offset " +
+           std::to_string(offset_ - gap_bytes_));
   }
   skipped_bytes_ += gap_bytes_;
   gap_bytes_ = 0;

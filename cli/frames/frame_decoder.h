@@ -1,4 +1,4 @@
-// The frames of a stream that may hold damage.
+// The frames of a stream that may be damaged.
 #pragma once
 
 #include <cstddef>
@@ -7,13 +7,13 @@
 
 namespace devcfg {
 
-// Takes the frames out of bytes as they arrive, writes their payloads to standard output and tells
-// skipped bytes on standard error.
+// Takes the frames out of bytes as they arrive, writes their payloads to standard output and
+// reports skipped bytes on standard error.
 class FrameDecoder {
  public:
   FrameDecoder(std::size_t payload_max, bool hex) : payload_max_(payload_max), hex_(hex) {}
 
-  // All of standard input, each frame as soon as it is whole.
+  // Reads all of standard input and writes each frame as soon as it is whole.
   void run();
 
   std::size_t skipped_bytes() const { return skipped_bytes_; }
@@ -26,8 +26,8 @@ class FrameDecoder {
   std::size_t payload_max_;
   bool hex_;
   Bytes kept_;
-  std::size_t needed_bytes_ = 0;   // of kept_, before a search can find more
-  std::size_t offset_ = 0;         // in the stream, of what is searched next
+  std::size_t needed_bytes_ = 0;   // size of kept_ at which a search can find more
+  std::size_t offset_ = 0;         // in the stream, where the next search begins
   std::size_t gap_bytes_ = 0;      // skipped just before offset_
   std::size_t skipped_bytes_ = 0;  // in all
 };

@@ -2,30 +2,27 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstring>
 #include <set>
 
-#include "cli/output.h"
+#include "base/ascii_case.h"
+#include "base/sql_tokens.h"
+#include "base/strings.h"
 #include "cli/schema/table_reader.h"
 
 namespace devcfg {
 namespace {
 
-using Texts = std::vector<std::string>;
-using Lost = std::map<std::string, Texts>;
+using Words = std::vector<std::string>;
+using Lost = std::map<std::string, Words>;
 
-bool is_in_word(char byte) {
-  return std::isalnum(static_cast<unsigned char>(byte)) != 0 || byte == '_';
-}
+bool is_whitespace(char byte) { return std::isspace(static_cast<unsigned char>(byte)) != 0; }
 
-bool is_blank(char byte) { return std::isspace(static_cast<unsigned char>(byte)) != 0; }
-
-// The type word is the declared type without blanks, unless the type has more words.
+// The type word is the declared type without whitespace, unless the type has more words.
 bool has_more_words(const table_info& missing, const std::string& name, std::string type) {
-  type.erase(std::remove_if(type.begin(), type.end(), is_blank), type.end());
+  type.erase(std::remove_if(type.begin(), type.end(), is_whitespace), type.end());
   for (int i = 0; i < missing.col_count; ++i) {
     if (missing.col_name[i] == name) {
-      return !is_same_name(missing.col_type[i], type);
+      return !base::equal_ignoring_case(missing.col_type[i], type);
     }
   }
   return false;
@@ -56,7 +53,7 @@ void add_own_properties(TableReader& table, const table_info& missing, Lost& los
 void add_unique(TableReader& table, Lost& lost) {
   table.query("l.seq, l.origin, l.\"unique\", coalesce(i.name, 'an expression') AS name",
               "pragma_index_list(m.name) l, pragma_index_info(l.name) i");
-  std::map<std::pair<int, std::string>, Texts> indexes;
+  std::map<std::pair<int, std::string>, Words> indexes;
   for (; !table.at_end(); table.next()) {
     if (table.number("unique") != 0 && table.text("origin") != "pk") {
       const char* const kind = table.text("origin") == "u" ? "UNIQUE" : "UNIQUE INDEX";
@@ -66,7 +63,7 @@ void add_unique(TableReader& table, Lost& lost) {
   for (const auto& [index, columns] : indexes) {
     for (const std::string& column : columns) {
       lost[column].push_back(index.second +
-                             (columns.size() > 1 ? " (" + joined(columns) + ")" : ""));
+                             (columns.size() > 1 ? " (" + base::join(columns, ", ") + ")" : ""));
     }
   }
 }
@@ -74,51 +71,29 @@ void add_unique(TableReader& table, Lost& lost) {
 void add_references(TableReader& table, Lost& lost) {
   table.query("f.*", "pragma_foreign_key_list(m.name) f");
   for (; !table.at_end(); table.next()) {
-    std::string text = "REFERENCES " + table.text("table");
-    for (const auto& [column, words] :
+    std::string words = "REFERENCES " + table.text("table");
+    for (const auto& [column, clause] :
          {std::pair("on_delete", " ON DELETE "), std::pair("on_update", " ON UPDATE ")}) {
       const std::string action = table.text(column);
-      text += action != "NO ACTION" ? words + action : "";
+      words += action != "NO ACTION" ? clause + action : "";
     }
-    lost[table.text("from")].push_back(text);
+    lost[table.text("from")].push_back(words);
   }
 }
 
-// Where the token ends that begins at `position`: a quoted text, a comment, a word or a single
-// byte.
-std::size_t end_of_token(const std::string& sql, std::size_t position) {
-  const auto behind = [&sql](const std::string& mark, std::size_t from) {
-    const std::size_t found = sql.find(mark, from);
-    return found != std::string::npos ? found + mark.size() : sql.size();
-  };
-  const char first = sql[position];
-  if (sql.compare(position, 2, "--") == 0) {
-    return behind("\n", position);
-  }
-  if (sql.compare(position, 2, "/*") == 0) {
-    return behind("*/", position + 2);
-  }
-  if (std::strchr("'\"`[", first) != nullptr) {
-    return behind(std::string(1, first == '[' ? ']' : first), position + 1);
-  }
-  const auto end =
-      std::find_if_not(sql.begin() + static_cast<std::ptrdiff_t>(position), sql.end(), is_in_word);
-  return std::max(static_cast<std::size_t>(end - sql.begin()), position + 1);
-}
-
-// True when the keyword stands in the statement, and not only inside quotes or a comment.
+// Returns true when the statement has the keyword outside quotes and comments.
 bool has_keyword(const std::string& sql, const char* keyword) {
-  for (std::size_t start = 0, end = 0; start < sql.size(); start = end) {
-    end = end_of_token(sql, start);
-    if (is_same_name(sql.substr(start, end - start), keyword)) {
+  base::SqlTokens tokens(sql);
+  for (base::SqlToken token = tokens.next(); !token.text.empty(); token = tokens.next()) {
+    if (base::equal_ignoring_case(token.text, keyword)) {
       return true;
     }
   }
   return false;
 }
 
-Texts table_properties(TableReader& table) {
-  Texts found;
+Words table_properties(TableReader& table) {
+  Words found;
   table.query("l.wr, l.strict, m.sql", "pragma_table_list(m.name) l");
   for (const auto& [column, words] :
        {std::pair("strict", "STRICT"), std::pair("wr", "WITHOUT ROWID")}) {

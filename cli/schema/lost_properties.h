@@ -1,4 +1,4 @@
-// What the wanted layout of a table has and added columns cannot get.
+// Properties of the wanted columns and table that ALTER TABLE ADD does not bring.
 #pragma once
 
 #include <map>
@@ -10,16 +10,16 @@
 namespace devcfg {
 
 struct LostProperties {
-  // Of each column of the table, in words: PRIMARY KEY, UNIQUE, UNIQUE INDEX, NOT NULL, DEFAULT,
-  // REFERENCES with its actions, GENERATED, and the type of a column of `missing` that is more than
-  // its type word. A column without any is not there.
+  // By column of the table, in words: PRIMARY KEY, UNIQUE, UNIQUE INDEX, NOT NULL, DEFAULT,
+  // REFERENCES with its actions, GENERATED, and the type of a column of `missing` that has
+  // more than its type word. A column without such properties is not in the map.
   std::map<std::string, std::vector<std::string>> of_columns;
-  // Of the table, as keywords: STRICT, WITHOUT ROWID, and what its CREATE statement holds of
-  // AUTOINCREMENT, CHECK, COLLATE and DEFERRABLE: SQLite does not tell which column has it.
+  // Of the table, as keywords: STRICT, WITHOUT ROWID, and those of AUTOINCREMENT, CHECK, COLLATE
+  // and DEFERRABLE in its CREATE statement: SQLite does not report which column has them.
   std::vector<std::string> of_table;
 };
 
-// Of `table` in the file `path`. Throws Refusal when it cannot be read.
+// Reads them from `table` in the file `path`. Throws CommandError when that is not possible.
 LostProperties read_lost_properties(const std::string& path, const std::string& table,
                                     const table_info& missing);
 

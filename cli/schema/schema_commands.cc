@@ -3,9 +3,12 @@
 #include <cstdio>
 #include <memory>
 
+#include "base/ascii_case.h"
+#include "base/control_characters.h"
+#include "base/strings.h"
+#include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "cli/command_error.h"
 #include "cli/schema/lost_properties.h"
 #include "cli/schema/table_reader.h"
 
@@ -29,7 +32,8 @@ Columns load(std::string path, std::string table) {
   const TableReader readable(path, table);
   Columns columns(devcfg_load_table_schema(path.data(), table.data()));
   if (columns == nullptr) {
-    throw Refusal("the columns of " + table + " in " + path + " cannot be read (--log tells why)");
+    throw CommandError("the columns of " + table + " in " + path +
+                       " cannot be read (--log shows why)");
   }
   return columns;
 }
@@ -38,23 +42,23 @@ Columns compare(table_info& current, table_info& wanted) {
   int count = -1;
   Columns missing(devcfg_compare_table_schema(&current, &wanted, &count));
   if (missing == nullptr || count < 0) {
-    throw Refusal("more than " + std::to_string(kMaxNewColumns) + " columns are missing");
+    throw CommandError("more than " + std::to_string(kMaxNewColumns) + " columns are missing");
   }
   return missing;
 }
 
-// The column that makes SQLite refuse the name: it does not tell apart the case of letters.
+// Returns the column that makes SQLite reject the name, since it ignores letter case; or null.
 const char* find_clash(const table_info& current, const char* name) {
   for (int i = 0; i < current.col_count; ++i) {
-    if (is_same_name(current.col_name[i], name)) {
+    if (base::equal_ignoring_case(current.col_name[i], name)) {
       return current.col_name[i];
     }
   }
   return nullptr;
 }
 
-std::string clash_text(const char* present) {
-  return std::string("SQLite takes its name for the column ") + present;
+std::string describe_clash(const char* present) {
+  return std::string("SQLite does not distinguish it from column ") + present;
 }
 
 json_object* column_object(const table_info& columns, int index) {
@@ -83,7 +87,7 @@ void print_missing(const table_info& missing, LostProperties& lost, bool json) {
     json_object* object = column_object(missing, i);
     json_object_object_add(object, "lost", json_array(properties, json_text));
     json_object_array_add(array.get(), object);
-    table.add_row({missing.col_name[i], missing.col_type[i], joined(properties)});
+    table.add_row({missing.col_name[i], missing.col_type[i], base::join(properties, ", ")});
   }
   if (json) {
     print_json(array.get());
@@ -99,14 +103,14 @@ void diff(const Options& options) {
   LostProperties lost = read_lost_properties(options.wanted_file, options.table, *missing);
   for (int i = 0; i < missing->col_count; ++i) {
     if (const char* present = find_clash(*current, missing->col_name[i])) {
-      lost.of_columns[missing->col_name[i]] = {"the column: " + clash_text(present)};
+      lost.of_columns[missing->col_name[i]] = {"the column: " + describe_clash(present)};
     }
   }
   print_missing(*missing, lost, options.json);
   if (missing->col_count > 0) {
     if (!lost.of_table.empty()) {
-      std::fprintf(stderr, "devcfg: the wanted table also has, and added columns do not get: %s\n",
-                   joined(lost.of_table).c_str());
+      report("the wanted table also has what added columns do not get: " +
+             base::join(lost.of_table, ", "));
     }
     throw NegativeAnswer();
   }
@@ -116,44 +120,47 @@ std::vector<std::string> upgrade_statements(const Options& options, const table_
                                             const table_info& missing) {
   for (int i = 0; i < missing.col_count; ++i) {
     if (const char* present = find_clash(current, missing.col_name[i])) {
-      throw Refusal(std::string("column ") + missing.col_name[i] +
-                    " cannot be added: " + clash_text(present) + "; nothing was changed");
+      throw CommandError(std::string("column ") + missing.col_name[i] +
+                         " cannot be added: " + describe_clash(present) + "; nothing was changed");
     }
   }
   std::vector<std::string> statements;
   if (devcfg_upgrade_statements(&missing, options.table.c_str(), statements) != 0) {
-    throw Refusal("a missing column cannot be added, nothing was changed (--log tells which)");
+    throw CommandError("a missing column cannot be added, nothing was changed (--log shows which)");
   }
   return statements;
 }
 
-// Columns are added in their order, so the first one that is still missing is the one that failed.
-Refusal partial_upgrade(const Options& options, const table_info& missing) {
+// Columns are added in order, so the first one that is still missing is the one that failed.
+CommandError partial_upgrade(const Options& options, const table_info& missing) {
   const Columns current = load(options.file, options.table);
   int added = 0;
   while (added + 1 < missing.col_count &&
          find_clash(*current, missing.col_name[added]) != nullptr) {
     ++added;
   }
-  return Refusal(
+  return CommandError(
       std::string("column ") + missing.col_name[added] +
-      " could not be added (--log tells why); added before it: " + std::to_string(added));
+      " could not be added (--log shows why); added before it: " + std::to_string(added));
 }
 
-// As it runs, but for what a terminal would obey.
+// Prints the statement as it runs; for a terminal its control characters are escaped.
 void print_statement(std::string statement) {
   statement.erase(statement.find_last_not_of(' ') + 1);
   const std::string line = statement + ";";
-  std::puts((isatty(STDOUT_FILENO) != 0 ? visible(line) : line).c_str());
+  std::puts((isatty(STDOUT_FILENO) != 0
+                 ? base::escape_control_characters(line, base::LineFeeds::kKeep)
+                 : line)
+                .c_str());
 }
 
-void upgrade(Options options) {
+void upgrade(const Options& options) {
   const Columns current = load(options.file, options.table);
   const Columns wanted = load(options.wanted_file, options.table);
   const Columns missing = compare(*current, *wanted);
   const std::vector<std::string> statements = upgrade_statements(options, *current, *missing);
-  if (!options.dry_run &&
-      devcfg_update_table(missing.get(), options.table.data(), options.file.data()) != 0) {
+  std::string file = options.file, table = options.table;
+  if (!options.dry_run && devcfg_update_table(missing.get(), table.data(), file.data()) != 0) {
     throw partial_upgrade(options, *missing);
   }
   for (const std::string& statement : statements) {
@@ -161,40 +168,46 @@ void upgrade(Options options) {
   }
 }
 
-CLI::App* add_command(CLI::App& family, const char* name, const char* description,
-                      const std::shared_ptr<Options>& options, void (*run)(const Options&)) {
-  CLI::App* command = family.add_subcommand(name, description);
-  command->add_option("file", options->file, "The SQLite database file")->required();
-  command->add_option("table", options->table, "The table, exactly as it is named")->required();
-  command->callback([options, run] { run(*options); });
-  return command;
+struct TableCommand {
+  Command command;
+  Options& options;
+};
+
+TableCommand add_command(Command family, const char* name, const char* help,
+                         void (*run)(const Options&)) {
+  const Command command = family.subcommand(name, help);
+  Options& options = command.run(run);
+  command.argument("file", options.file, "The SQLite database file");
+  command.argument("table", options.table, "The table, exactly as it is named");
+  return {command, options};
 }
 
-void add_wanted_file(CLI::App* command, const std::shared_ptr<Options>& options) {
-  command->add_option("wanted_file", options->wanted_file, "A database with the wanted table")
-      ->required();
+void add_wanted_file(const TableCommand& added) {
+  added.command.argument("wanted_file", added.options.wanted_file,
+                         "A database with the wanted table");
+}
+
+void add_json(const TableCommand& added) {
+  added.command.flag("--json", added.options.json, "Print JSON");
 }
 
 }  // namespace
 
-void add_schema_commands(CLI::App& app) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* family = app.add_subcommand("schema", "Columns of an SQLite table");
-  family->require_subcommand(1);
+void add_schema_commands(Command root) {
+  const Command family = root.group("schema", "Columns of an SQLite table");
+  add_json(add_command(family, "show", "List the columns of a table", show));
 
-  CLI::App* shown = add_command(*family, "show", "List the columns of a table", options, show);
-  CLI::App* compared = add_command(
-      *family, "diff", "List the columns that a table lacks; exit status 1 when there are any",
-      options, diff);
-  add_wanted_file(compared, options);
-  for (CLI::App* command : {shown, compared}) {
-    command->add_flag("--json", options->json, "Print JSON");
-  }
-  CLI::App* upgraded = add_command(*family, "upgrade",
-                                   "Add the columns that a table lacks, and print the statements",
-                                   options, [](const Options& chosen) { upgrade(chosen); });
-  add_wanted_file(upgraded, options);
-  upgraded->add_flag("--dry-run", options->dry_run, "Print the statements, change nothing");
+  const TableCommand compared =
+      add_command(family, "diff",
+                  "List the columns that a table lacks; exit status 1 when there are any", diff);
+  add_wanted_file(compared);
+  add_json(compared);
+
+  const TableCommand upgraded = add_command(
+      family, "upgrade", "Add the columns that a table lacks, and print the statements", upgrade);
+  add_wanted_file(upgraded);
+  upgraded.command.flag("--dry-run", upgraded.options.dry_run,
+                        "Print the statements, change nothing");
 }
 
 }  // namespace devcfg

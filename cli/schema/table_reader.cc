@@ -1,50 +1,36 @@
 #include "cli/schema/table_reader.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "cli/command_error.h"
 
 namespace devcfg {
-namespace {
-
-char lower(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
-}  // namespace
-
-bool is_same_name(const std::string& left, const std::string& right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char one, char other) { return lower(one) == lower(other); });
-}
-
 TableReader::TableReader(const std::string& path, const std::string& table)
     : path_(path), db_(path.c_str()) {
   // SQLite would create it.
   if (!check_file_exist(path_.data()) || !db_.openDatabase(nullptr)) {
-    throw Refusal("cannot read " + path);
+    throw CommandError("cannot read " + path);
   }
-  run("SELECT rowid AS place, name FROM sqlite_master WHERE type='table'");
+  run("SELECT rowid AS id, name FROM sqlite_master WHERE type='table'");
   for (; !at_end() && text("name") != table; next()) {
   }
   if (at_end()) {
-    throw Refusal(path + " has no table " + table);
+    throw CommandError(path + " has no table " + table);
   }
-  row_ = text("place");
+  row_ = text("id");
 }
 
 void TableReader::query(const std::string& columns, const std::string& source) {
   run("SELECT " + columns + " FROM sqlite_master m, " + source + " WHERE m.rowid=" + row_);
 }
 
-// A query that only gave up on a lock has no result.
+// A query that gave up on a lock succeeds without a result.
 void TableReader::run(const std::string& sql) {
   if (!db_.QuerySQL(sql.c_str())) {
-    throw Refusal(path_ + " is no SQLite database that can be read (--log tells more)");
+    throw CommandError(path_ + " is not an SQLite database that can be read (--log shows why)");
   }
   if (db_.result_table == nullptr) {
-    throw Refusal(path_ + " stays locked by another program");
+    throw CommandError(path_ + " stays locked by another program");
   }
 }
 

@@ -1,4 +1,4 @@
-// What SQLite itself tells about a table of a database file.
+// What SQLite reports about a table of a database file.
 #pragma once
 
 #include <string>
@@ -7,23 +7,20 @@
 
 namespace devcfg {
 
-// Equal to SQLite: it does not tell apart the case of ASCII letters, whatever the locale.
-bool is_same_name(const std::string& left, const std::string& right);
-
 class TableReader {
  public:
-  // Throws Refusal, which tells whether the file is missing, locked, no database, or without such a
-  // table. `table`: exactly as it is named.
+  // `table`: exactly as it is named. Throws CommandError when the file is missing, is locked, is
+  // not a database or has no such table.
   TableReader(const std::string& path, const std::string& table);
 
-  // The rows of "SELECT columns FROM source" in its place, where `source` may name the table as
-  // m.name: pragma_table_xinfo(m.name) c. Throws Refusal when it fails.
+  // Replaces the rows by those of "SELECT columns FROM source". `source` may name the table as
+  // m.name: pragma_table_xinfo(m.name) c. Throws CommandError when it fails.
   void query(const std::string& columns, const std::string& source);
 
   bool at_end() { return db_.QEof(); }
   void next() { db_.QNext(); }
 
-  // Of the row: 0 and "" for NULL.
+  // Return a value of the current row: 0 and "" for NULL.
   int number(const char* column);
   std::string text(const char* column);
 
@@ -32,7 +29,7 @@ class TableReader {
 
   std::string path_;
   CSqlite db_;
-  std::string row_;  // the table's place in sqlite_master
+  std::string row_;  // rowid of the table in sqlite_master
 };
 
 }  // namespace devcfg

@@ -6,32 +6,30 @@
 #include <iostream>
 #include <iterator>
 
-#include "cli/output.h"
+#include "base/control_characters.h"
 #include "cli/command_error.h"
+#include "cli/output.h"
 
 namespace devcfg {
 namespace {
-
-// Replacements of one call at most, but for one more of each rule.
-constexpr std::size_t kReplacements = 1000;
 
 std::size_t longest_growth(const std::vector<rule>& rules) {
   std::size_t longest = 0;
   for (const rule& each : rules) {
     longest = std::max(longest, strnlen(each.result, kRuleTextBytes));
   }
-  return (kReplacements + rules.size()) * longest;
+  return (kFilterPassMax + 1 + rules.size()) * longest;
 }
 
 void write_all(const char* bytes, std::size_t size) {
   if (std::fwrite(bytes, 1, size, stdout) != size) {
-    throw Refusal("standard output cannot be written");
+    throw CommandError("cannot write to standard output");
   }
 }
 
 void require_whole_input() {
   if (std::cin.bad()) {
-    throw Refusal("standard input cannot be read");
+    throw CommandError("cannot read standard input");
   }
 }
 
@@ -48,7 +46,7 @@ void TextStream::filter_lines() {
     if (!std::cin.eof()) {
       write_all("\n", 1);
     }
-    std::fflush(stdout);  // who sends a line may wait for what becomes of it
+    std::fflush(stdout);  // the sender of a line may wait for its result
   }
   require_whole_input();
 }
@@ -62,7 +60,8 @@ void TextStream::filter_whole() {
 void TextStream::write_filtered(const std::string& text) {
   ++texts_;
   if (text.find('\0') != std::string::npos) {
-    throw Refusal("text " + std::to_string(texts_) + " holds a NUL byte; texts are NUL-terminated");
+    throw CommandError("text " + std::to_string(texts_) +
+                       " contains a NUL byte; texts are NUL-terminated");
   }
   const std::size_t capacity = text.size() + longest_growth_ + 1;
   if (buffer_.size() < capacity) {
@@ -72,7 +71,7 @@ void TextStream::write_filtered(const std::string& text) {
   const FilterOutcome outcome =
       do_filtering_bounded(rules_, buffer_.data(), buffer_.size(), report_);
   if (outcome == kFilterNoMemory) {
-    throw Refusal("there is no memory to filter text " + std::to_string(texts_));
+    throw CommandError("not enough memory to filter text " + std::to_string(texts_));
   }
   limited_texts_ += outcome == kFilterPassLimit ? 1 : 0;
   for (std::size_t i = 0; i < hits_.size(); ++i) {
@@ -84,8 +83,9 @@ void TextStream::write_filtered(const std::string& text) {
 void TextStream::print_hits() const {
   std::fprintf(stderr, "%10s  rule\n", "hits");
   for (std::size_t i = 0; i < rules_.size(); ++i) {
-    std::fprintf(stderr, "%10zu  \"%s\" -> \"%s\"\n", hits_[i], visible(rules_[i].target).c_str(),
-                 visible(rules_[i].result).c_str());
+    const std::string words = in_quotes(rules_[i].target) + " -> " + in_quotes(rules_[i].result);
+    std::fprintf(stderr, "%10zu  %s\n", hits_[i],
+                 base::escape_control_characters(words, base::LineFeeds::kKeep).c_str());
   }
 }
 

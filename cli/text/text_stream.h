@@ -1,4 +1,4 @@
-// Standard input to standard output through a list of rules.
+// Filters standard input to standard output by a list of rules.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace devcfg {
 
-// Filters one text after the other and counts what the rules did.
+// Filters texts in turn and counts the replacements.
 class TextStream {
  public:
   explicit TextStream(std::vector<rule> rules);
@@ -17,10 +17,10 @@ class TextStream {
   void filter_lines();  // each line is a text, without its line feed
   void filter_whole();  // all of the input is one text
 
-  // On standard error: the replacements of each rule.
+  // Prints the replacements of each rule on standard error.
   void print_hits() const;
 
-  // Texts in which the pass limit ended a rule.
+  // Returns the number of texts in which the pass limit ended a rule.
   std::size_t limited_texts() const { return limited_texts_; }
 
  private:

@@ -12,13 +12,13 @@ DeviceField field(const char* option, const char* meaning, Names... path) {
 
 const std::vector<DeviceField>& device_fields() {
   using Info = TDeviceInfo;
-  static const std::vector<DeviceField> fields = {
+  static const std::vector<DeviceField> kFields = {
       field<&Info::device_id>("id", "Identifier", "device_id"),
       field<&Info::device_name>("name", "Display name", "device_name"),
       field<&Info::type>("type", "Device type", "type"),
       field<&Info::brand>("brand", "Brand", "brand"),
       field<&Info::plugin>("plugin", "Plug-in", "plugin"),
-      field<&Info::install_path>("install-path", "Folder of the plug-in", "install_path"),
+      field<&Info::install_path>("install-path", "Directory of the plug-in", "install_path"),
       field<&Info::description>("description", "Free text", "description"),
       field<&Info::conn_type>("connection", "Kind of connection", "src_property_list", "conn",
                               "type"),
@@ -31,7 +31,7 @@ const std::vector<DeviceField>& device_fields() {
       field<&Info::recording_cam>("camera", "Bound recording camera", "src_property_list",
                                   "binding", "recording_cam"),
   };
-  return fields;
+  return kFields;
 }
 
 const DeviceField& password_field() {
@@ -40,7 +40,8 @@ const DeviceField& password_field() {
   return kField;
 }
 
-std::string field_text(const TreeFile& tree, const std::string& node, const DeviceField& field) {
+std::string field_text(const DeviceTreeFile& tree, const std::string& node,
+                       const DeviceField& field) {
   std::string text(field.size_bytes, '\0');
   const char* const* path = field.path;
   xmlcfg_get_str(tree.handle(), "", text.data(), static_cast<int>(text.size()), "device",

@@ -16,13 +16,14 @@ struct DeviceField {
   std::size_t size_bytes;  // of the buffer that programs read it into
 };
 
-// All texts but the password, in the order in which they are shown.
+// Returns all fields but the password, in the order in which they are shown.
 const std::vector<DeviceField>& device_fields();
 
-// The password at the source device.
+// Returns the field of the password at the source device.
 const DeviceField& password_field();
 
-// What programs read; "" when there is no value.
-std::string field_text(const TreeFile& tree, const std::string& node, const DeviceField& field);
+// Returns the value as programs read it; "" when there is no value.
+std::string field_text(const DeviceTreeFile& tree, const std::string& node,
+                       const DeviceField& field);
 
 }  // namespace devcfg

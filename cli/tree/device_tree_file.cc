@@ -15,33 +15,33 @@ std::string why_not_opened(const std::string& path) {
   if (path == system_device_tree() && !std::filesystem::exists(path, error) && !error) {
     return "there is no device tree yet: `devcfg tree init` creates " + path;
   }
-  return "the tree " + path + " cannot be opened (--log tells why)";
+  return "the tree " + path + " cannot be opened (--log shows why)";
 }
 
 }  // namespace
 
 std::string system_device_tree() { return ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml"; }
 
-TreeFile::TreeFile(TCfgMode mode, const std::string& path)
+DeviceTreeFile::DeviceTreeFile(TCfgMode mode, const std::string& path)
     : path_(path), handle_(xmlcfg_open(mode, path.c_str())) {
   if (handle_ == nullptr) {
-    throw Refusal(why_not_opened(path));
+    throw CommandError(why_not_opened(path));
   }
 }
 
-TreeFile::~TreeFile() {
+DeviceTreeFile::~DeviceTreeFile() {
   if (handle_ != nullptr) {
     xmlcfg_close(handle_, false);
   }
 }
 
-void TreeFile::save() {
+void DeviceTreeFile::save() {
   if (!xmlcfg_close(std::exchange(handle_, nullptr), true)) {
-    throw Refusal("the tree " + path_ + " cannot be saved (--log tells why)");
+    throw CommandError("the tree " + path_ + " cannot be saved (--log shows why)");
   }
 }
 
-std::vector<std::string> node_names(const TreeFile& tree) {
+std::vector<std::string> node_names(const DeviceTreeFile& tree) {
   std::vector<std::string> names = listed_names(tree, "device", "device_node_list");
   std::erase_if(names, [](const std::string& name) { return name.empty() || name == kNoValue; });
   return names;

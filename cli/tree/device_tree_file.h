@@ -10,23 +10,23 @@
 
 namespace devcfg {
 
-// What programs read as "no value".
+// Programs read this value as "no value".
 inline constexpr char kNoValue[] = "NULL";
 
-// The file of the system's device tree.
+// Returns the path of the system's device tree.
 std::string system_device_tree();
 
-class TreeFile {
+class DeviceTreeFile {
  public:
-  // Refused when the file cannot be opened as a tree.
-  TreeFile(TCfgMode mode, const std::string& path);
-  ~TreeFile();
-  TreeFile(const TreeFile&) = delete;
-  TreeFile& operator=(const TreeFile&) = delete;
+  // Throws CommandError when the file cannot be opened as a tree.
+  DeviceTreeFile(TCfgMode mode, const std::string& path);
+  ~DeviceTreeFile();
+  DeviceTreeFile(const DeviceTreeFile&) = delete;
+  DeviceTreeFile& operator=(const DeviceTreeFile&) = delete;
 
   void* handle() const { return handle_; }
 
-  // Changes that are not saved are forgotten. Refused when they cannot be saved.
+  // Changes that are not saved are lost. Throws CommandError when they cannot be saved.
   void save();
 
  private:
@@ -34,22 +34,25 @@ class TreeFile {
   void* handle_;
 };
 
-// The names in the list at the path, empty ones included; none when there is no list.
+// Size in bytes, terminator included, up to which the library reads a list of names.
+inline constexpr std::size_t kNodeListBytes = 4096;
+
+// Returns the names in the list at `path`, empty ones included.
 template <typename... Names>
-std::vector<std::string> listed_names(const TreeFile& tree, Names... path) {
-  char list[4096];
+std::vector<std::string> listed_names(const DeviceTreeFile& tree, Names... path) {
+  char list[kNodeListBytes];
   xmlcfg_get_str(tree.handle(), kNoValue, list, sizeof(list), path..., nullptr);
   return std::string(list) != kNoValue ? split(list, ',') : std::vector<std::string>();
 }
 
-// The nodes of the device tree, in list order.
-std::vector<std::string> node_names(const TreeFile& tree);
+// Returns the names of the nodes in the device tree, in list order.
+std::vector<std::string> node_names(const DeviceTreeFile& tree);
 
-// "device_%03d"
+// Returns the number as "device_%03d".
 std::string node_name(int number);
 
-// The number by which programs know a node: what follows the first "_" of its name. Nothing when
-// that is no number.
+// Returns the number by which programs know a node, which follows the first "_" of its name;
+// nothing when that is not a number.
 std::optional<int> node_number(const std::string& name);
 
 }  // namespace devcfg

@@ -54,7 +54,7 @@ std::string WrittenTypes::word_of(std::string_view name, std::string_view declar
 
 // Brackets are part of the word when nothing is between them.
 std::string WrittenTypes::read_word() {
-  const SqlToken first = token_;
+  const base::SqlToken first = token_;
   std::string type = first.name();
   token_ = tokens_.next();
   if (first.touches(token_) && token_.text == "(") {

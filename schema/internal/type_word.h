@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "schema/internal/sql_tokens.h"
+#include "base/sql_tokens.h"
 
 namespace orvaneip {
 
@@ -29,8 +29,8 @@ class WrittenTypes {
   std::string read_word();
   void pass_column();
 
-  SqlTokens tokens_;
-  SqlToken token_;  // the first token of the next column
+  base::SqlTokens tokens_;
+  base::SqlToken token_;  // the first token of the next column
 };
 
 }  // namespace orvaneip

@@ -1,4 +1,4 @@
-// Running devcfg in a test, on a vault of its own.
+// Runs devcfg in a test, on its own vault.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,13 +17,13 @@ inline void expect_part(const std::string& text, const std::string& part) {
   EXPECT_EQ(text.empty(), part.empty()) << text;
 }
 
-// The text with the first `from` replaced, which must be there.
+// Returns the text with its first `from` replaced; throws when it has none.
 inline std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  return text.replace(text.find(from), from.size(), to);  // throws when there is none
+  return text.replace(text.find(from), from.size(), to);
 }
 
-// One call of devcfg, and what is expected of it: a part of standard output when the status is 0,
-// else of standard error ("" for none at all), and nothing on the other one.
+// One call of devcfg and its expected outcome: a part of standard output when the status is 0,
+// otherwise of standard error ("": it is empty); the other one is empty.
 struct Step {
   std::string words;
   int exit_status;
@@ -31,12 +31,12 @@ struct Step {
   std::string input = "";
 };
 
-// A folder with an empty vault.
+// A directory with an empty vault.
 struct CommandVault : TempDirectory {
   std::string database() const { return file("vault.db"); }
 
-  // Runs devcfg with these words of a shell, behind the shell's `limits`, in the folder
-  // examples/shop. For the superuser the permissions of files count only without two capabilities.
+  // Runs devcfg with these words of a shell, after the shell's `limits`, in the directory
+  // examples/shop. File permissions apply to the superuser only without two capabilities.
   Outcome devcfg(const std::string& words, const std::string& input = "",
                  const std::string& limits = "") const {
     const std::string shop = "cd '" ORVANEIP_SOURCE_DIR "/examples/shop'; " + limits;
@@ -56,7 +56,7 @@ struct CommandVault : TempDirectory {
 
   void import_shop() const { check({{"import shop.json", 0, "added"}}); }
 
-  // Everything that is stored, as one text.
+  // Returns everything that is stored, as one document.
   std::string content() const {
     const Outcome outcome = devcfg("export");
     EXPECT_EQ(outcome.errors, "");

@@ -1,4 +1,4 @@
-// The files that the command reads and writes, vaults that fail, and the demonstration.
+// The files that the command reads and writes, vaults that fail, and the demo.
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,32 +27,32 @@ TEST(CommandFiles, JsonThatCannotBeRead) {
   });
 }
 
-TEST(CommandFiles, ExportReplacesAFileInOneStepOrLeavesIt) {
+TEST(CommandFiles, ExportReplacesAFileInOneStepOrKeepsIt) {
   const CommandVault vault;
   vault.import_shop();
-  const test::TempDirectory folder;
-  const std::string file = folder.file("backup.json"), link = folder.file("link.json");
+  const test::TempDirectory directory;
+  const std::string file = directory.file("backup.json"), link = directory.file("link.json");
   test::write_file(file, "old");
   fs::create_symlink(file, link);
   std::ifstream old_file(file);
-  for (const std::string& name : {file, link, folder.file("new.json")}) {
+  for (const std::string& name : {file, link, directory.file("new.json")}) {
     vault.check({{"export " + name, 0, ""}});
     EXPECT_EQ(test::read_file(name), vault.content());
     EXPECT_EQ(fs::status(name).permissions(), fs::perms{0600});
   }
   std::string text;
-  EXPECT_TRUE(old_file >> text && text == "old");  // who has it open keeps the old content
-  // More than the limit below, which the log of the vault itself needs.
+  EXPECT_TRUE(old_file >> text && text == "old");  // an open file keeps the old content
+  // More than the limit below, which leaves room for the log of the vault.
   const std::string large = test::replaced(vault.content(), "Till 1", std::string(100'000, 'n'));
-  vault.check({{"export " + folder.path(), 1, "not a regular file"},
-               {"export " + folder.file("no/x"), 1, "No such file"},
+  vault.check({{"export " + directory.path(), 1, "not a regular file"},
+               {"export " + directory.file("no/x"), 1, "No such file"},
                {"import - --replace", 0, "4 added", large}});
   const std::string before = test::read_file(file);
   const test::Outcome full = vault.devcfg("export " + link, "", "trap '' XFSZ; ulimit -f 64; ");
   EXPECT_EQ(full.exit_status, 1);
   test::expect_part(full.errors, "json: File too large");
   EXPECT_EQ(test::read_file(file), before);
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
+  EXPECT_EQ(std::distance(fs::directory_iterator(directory.path()), {}), 3);
   EXPECT_TRUE(fs::is_symlink(link));
   for (const std::string command : {"list", "list --json", "export", "--help", "--version"}) {
     vault.check({{command + " >/dev/full", 1, "cannot write to standard output: "},
@@ -60,7 +60,7 @@ TEST(CommandFiles, ExportReplacesAFileInOneStepOrLeavesIt) {
   }
 }
 
-TEST(BadVault, WhatCannotBeReadOrWrittenIsToldAndNotChanged) {
+TEST(BadVault, IsReportedAndNotChanged) {
   const std::string reason = "devcfg: the vault cannot be opened: ";
   const CommandVault vault;
   vault.import_shop();
@@ -89,8 +89,8 @@ TEST(BadVault, WhatCannotBeReadOrWrittenIsToldAndNotChanged) {
   EXPECT_EQ(test::read_file(vault.database()), garbage);
 }
 
-// A trigger lets one kind of write fail.
-TEST(BadVault, AChangeThatDidNotArriveIsToldAndAFailedImportTakenBack) {
+// A trigger makes one kind of write fail.
+TEST(BadVault, ReportsAChangeThatWasNotStoredAndRollsBackAFailedImport) {
   const CommandVault vault;
   vault.import_shop();
   const std::string before = vault.content();
@@ -103,10 +103,10 @@ TEST(BadVault, AChangeThatDidNotArriveIsToldAndAFailedImportTakenBack) {
       {"INSERT ON data_source", "add new --type t --name n", "the data source was not added"},
       {"INSERT ON channel", "add new --type t --name n --channel 0:a:b", "added"},
       {"UPDATE ON data_source", "modify till-1 --description New",
-       "the change of \"till-1\" did not arrive in the vault; --log tells why"},
-      {"DELETE ON data_source", "remove till-1 till-2", "did not arrive"},
-      {"INSERT ON filter", "filters set till-1 filters-door-staff.json", "did not arrive"},
-      {"DELETE ON channel", "camera removed cam-yard", "did not arrive"},
+       "the change of \"till-1\" was not stored in the vault (--log shows why)"},
+      {"DELETE ON data_source", "remove till-1 till-2", "was not stored"},
+      {"INSERT ON filter", "filters set till-1 filters-door-staff.json", "was not stored"},
+      {"DELETE ON channel", "camera removed cam-yard", "was not stored"},
       {"UPDATE ON channel", "camera renamed cam-yard New", "the new name of camera"},
       {"DELETE ON data_source WHEN OLD.list_index = 2", import, "until then: "},
       {"INSERT ON data_source WHEN NEW.vault_id = 'new-door-staff'", import, "until then: "},
@@ -123,11 +123,11 @@ TEST(BadVault, AChangeThatDidNotArriveIsToldAndAFailedImportTakenBack) {
 }
 
 TEST(Demo, EveryStepDoesWhatItSays) {
-  const std::string folder = fs::path(ORVANEIP_DEVCFG).parent_path();
+  const std::string directory = fs::path(ORVANEIP_DEVCFG).parent_path();
   const test::TempDirectory temporary;
   const test::Outcome outcome =
       test::run("bash", {ORVANEIP_SOURCE_DIR "/examples/demo.sh"}, "",
-                {"PATH=" + folder + ":" + std::getenv("PATH"), "TMPDIR=" + temporary.path()});
+                {"PATH=" + directory + ":" + std::getenv("PATH"), "TMPDIR=" + temporary.path()});
   EXPECT_EQ(outcome.exit_status, 0) << outcome.output << outcome.errors;
   EXPECT_NE(outcome.output.find("$ devcfg import backup.json --dry-run\n"), std::string::npos);
   EXPECT_TRUE(fs::is_empty(temporary.path()));

@@ -8,7 +8,7 @@ namespace {
 using test::CommandVault;
 using test::replaced;
 
-// Two data sources, ' for "; the rows below spoil it in one place each.
+// Two data sources, with ' for "; each row below makes one value invalid.
 const std::string kDocument = R"({'vault_list':[
  {'vault_id':'a','vault_name':'A','description':'','type':'t','index':0,'enable':true,
   'last_recv_time':0,'filter':[{'type':7,'target':'x','result':'y','name':'z'}],
@@ -23,7 +23,7 @@ std::string json(std::string text) {
 
 }  // namespace
 
-TEST(Import, EachProblemIsToldWithItsPlace) {
+TEST(Import, ReportsEachProblemWithItsPosition) {
   const std::string kRows[][3] = {
       {"'vault_list'", "'vault'", "vault: unknown key\n  vault_list: missing"},
       {"'vault_id':'b'", "'vault_id':'a'", "vault_list[1].vault_id: \"a\" is used twice"},
@@ -57,8 +57,8 @@ TEST(Import, EachProblemIsToldWithItsPlace) {
                 json(replaced(kDocument, "'vault_id':'a'", "'vault_id':'c'"))}});
 }
 
-TEST(Import, RoundTripReproducesTheVaultByteForByteWhateverListsWereLeftOver) {
-  const std::string kTexts[][2] = {
+TEST(Import, ReproducesAnExportedVaultByteForByteDespiteOrphanedLists) {
+  const std::string kValues[][2] = {
       {R"("vault_name":"A")", R"("vault_name":")" + std::string(10'240, 'n') + '"'},
       {R"("vault_name":"B")",
        R"("vault_name":"'; DROP TABLE \"x\" -- 100%s%n \\ / \ud83d\ude00 Zoë")"},
@@ -71,7 +71,7 @@ TEST(Import, RoundTripReproducesTheVaultByteForByteWhateverListsWereLeftOver) {
       {":5,", ":9223372036854775807,"},
   };
   std::string document = json(kDocument);
-  for (const auto& [from, to] : kTexts) {
+  for (const auto& [from, to] : kValues) {
     document = replaced(document, from, to);
   }
   const CommandVault first, second;
@@ -84,7 +84,7 @@ TEST(Import, RoundTripReproducesTheVaultByteForByteWhateverListsWereLeftOver) {
   test::expect_part(list.errors, "U+FFFD");
   test::expect_part(second.content(), "\"vault_list\": [\n  ]");  // creates the vault
   EXPECT_EQ(test::BareSqlite(second.database())
-                .exec("INSERT INTO channel VALUES (9, 'a', 1, '', '');"  // of no data source
+                .exec("INSERT INTO channel VALUES (9, 'a', 1, '', '');"  // without a data source
                       "INSERT INTO filter VALUES (9, 'a', 1, '', '', '')"),
             0);
   second.check({{"import -", 0, "2 added", exported}});

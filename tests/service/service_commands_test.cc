@@ -29,7 +29,7 @@ TEST(Devcfg, Table) {
       {"service,reload", "9",
        "1" + manager +
            "<dev_reload_all>devcfg: the command could not be run, or was ended by a signal "
-           "(--log tells why)\n"},
+           "(--log shows why)\n"},
       {"service,load,,", "0", "0" + manager + "<dev_load><>"},
       {"net,--json", "1.2.3.4,10.0.0.25",
        "0\n{\n  \"ip\": \"10.0.0.25\",\n  \"share_value_1\": 8000,\n  \"app_value\": 9000,\n"

@@ -1,11 +1,11 @@
-#include "schema/internal/sql_tokens.h"
+#include "base/sql_tokens.h"
 
 #include <algorithm>
 
-namespace orvaneip {
+namespace base {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+constexpr std::string_view kWhitespace = " \t\n\v\f\r";
 constexpr std::string_view kOpeningMarks = "\"'`[";
 
 char closing_mark(char opening) { return opening == '[' ? ']' : opening; }
@@ -16,17 +16,17 @@ bool is_in_word(char byte) {
          static_cast<unsigned char>(byte) >= 0x80;
 }
 
-// The length of the text up to and with the first `end` from `from` on.
+// Returns the length of the text up to the end of the first `end` at or after `from`.
 std::size_t length_with(std::string_view text, std::string_view end, std::size_t from) {
   const std::size_t found = text.find(end, from);
   return found != std::string_view::npos ? found + end.size() : text.size();
 }
 
-// The length of the white space and comments at the start of `text`.
+// Returns the length of the whitespace and comments at the start of `text`.
 std::size_t gap_length(std::string_view text) {
   std::size_t length = 0;
   for (;;) {
-    length = std::min(text.find_first_not_of(kWhiteSpace, length), text.size());
+    length = std::min(text.find_first_not_of(kWhitespace, length), text.size());
     const std::string_view mark = text.substr(length, 2);
     if (mark == "/*") {
       length = length_with(text, "*/", length + 2);
@@ -38,7 +38,7 @@ std::size_t gap_length(std::string_view text) {
   }
 }
 
-// A mark that stands twice does not end the text; "]" cannot stand twice.
+// A doubled mark does not end the text; "]" cannot be doubled.
 std::size_t quoted_length(std::string_view text) {
   const char mark = closing_mark(text.front());
   std::size_t length = length_with(text, {&mark, 1}, 1);
@@ -69,7 +69,7 @@ std::string SqlToken::name() const {
   const char mark = closing_mark(text.front());
   std::string name;
   for (std::size_t i = 1; i < text.size(); ++i) {
-    // Of two marks the second one counts, and the last one is the end.
+    // Of two marks the second one is part of the name; a single one is the end.
     if (text[i] != mark || (++i < text.size() && text[i] == mark)) {
       name += text[i];
     }
@@ -91,4 +91,4 @@ SqlToken SqlTokens::next() {
   return token;
 }
 
-}  // namespace orvaneip
+}  // namespace base

@@ -4,29 +4,30 @@
 #include <string>
 #include <string_view>
 
-namespace orvaneip {
+namespace base {
 
 struct SqlToken {
-  // A quoted name or text with its quotes, a word or a number, or any other single byte; empty
-  // behind the last token. Points into the SQL text.
+  // A quoted name or string with its quotes, a word or a number, or any other single byte; empty
+  // after the last token. Points into the SQL text.
   std::string_view text;
 
   bool is_quoted() const;
-  // The text without its quotes.
+  // Returns the text without its quotes.
   std::string name() const;
-  // True when nothing stands between this token and `next`.
+  // Returns true when nothing separates this token from `next`.
   bool touches(const SqlToken& next) const;
 };
 
+// Reads the tokens of a text, which must outlive them.
 class SqlTokens {
  public:
   explicit SqlTokens(std::string_view sql) : rest_(sql) {}
 
-  // The next token; white space and comments are passed over.
+  // Returns the next token; whitespace and comments are skipped.
   SqlToken next();
 
  private:
   std::string_view rest_;
 };
 
-}  // namespace orvaneip
+}  // namespace base

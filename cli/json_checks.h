@@ -1,4 +1,4 @@
-// Checking a JSON document field by field, and telling everything that is wrong with it.
+// Checks a JSON document field by field and collects everything that is wrong with it.
 #pragma once
 
 #include <cstddef>
@@ -14,45 +14,45 @@
 
 namespace devcfg {
 
-// What is wrong with a document, each with its place: "vault_list[2].index: 3 is used twice".
+// What is wrong with a document, each with its position: "vault_list[2].index: 3 is used twice".
 class Problems {
  public:
   void add(const std::string& where, const std::string& what);
 
-  // A Refusal that lists them all, when there are any. `subject`: the document, in words.
-  void refuse_if_any(const std::string& subject) const;
+  // Throws a CommandError that lists all problems, if any. `subject`: the document, in words.
+  void throw_if_any(const std::string& subject) const;
 
  private:
   std::vector<std::string> list_;
 };
 
-// "list[3]"; "entry 3" when `list` is empty: the document itself is the list.
+// Returns "list[3]", or "entry 3" when `list` is empty: then the document itself is the list.
 std::string entry_of(const std::string& list, std::size_t position);
 
 enum class Presence { kRequired, kOptional };
 
-// The fields of an object that stands at `where`. A field that is not as asked for is a problem,
-// and reads as nothing; so does an optional one that is missing.
+// The fields of the object at `where`. A field that is not as required is added to the problems and
+// reads as nothing; a missing optional one reads as nothing.
 class ObjectFields {
  public:
-  // `object` may be any value: one that is no object is a problem itself, and its fields are none.
+  // `object` may be any value: one that is not an object is a problem itself and has no fields.
   ObjectFields(json_object* object, std::string where, Problems& problems);
 
   bool is_object() const { return is_object_; }
   std::string where(const char* key) const;
 
-  // A string without NUL characters, of at most `max_bytes`.
+  // Returns a string without NUL characters, of at most `max_bytes`.
   std::optional<std::string> text(const char* key, Presence presence = Presence::kRequired,
                                   std::size_t max_bytes = std::numeric_limits<std::size_t>::max());
-  // An integer of `lowest` to `highest`.
+  // Returns an integer from `lowest` to `highest`.
   std::optional<std::int64_t> integer(const char* key, std::int64_t lowest, std::int64_t highest,
                                       Presence presence = Presence::kRequired);
   std::optional<bool> boolean(const char* key);
-  // Null when it is not there.
+  // Returns null when it is missing or not an array.
   json_object* array(const char* key);
 
-  // Every other key is a problem.
-  void refuse_keys_other_than(std::initializer_list<std::string_view> known);
+  // Adds every other key to the problems.
+  void allow_only(std::initializer_list<std::string_view> known);
 
  private:
   json_object* find(const char* key, Presence presence, json_type type, const char* type_name);

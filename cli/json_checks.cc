@@ -1,4 +1,4 @@
-#include "cli/json_fields.h"
+#include "cli/json_checks.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,7 +11,7 @@ void Problems::add(const std::string& where, const std::string& what) {
   list_.push_back(where + ": " + what);
 }
 
-void Problems::refuse_if_any(const std::string& subject) const {
+void Problems::throw_if_any(const std::string& subject) const {
   if (list_.empty()) {
     return;
   }
@@ -21,7 +21,7 @@ void Problems::refuse_if_any(const std::string& subject) const {
   for (const std::string& problem : list_) {
     reason += "\n  " + problem;
   }
-  throw Refusal(reason);
+  throw CommandError(reason);
 }
 
 std::string entry_of(const std::string& list, std::size_t position) {
@@ -71,7 +71,7 @@ std::optional<std::string> ObjectFields::text(const char* key, Presence presence
   std::string text(json_object_get_string(value),
                    static_cast<std::size_t>(json_object_get_string_len(value)));
   if (text.find('\0') != std::string::npos) {
-    problems_.add(where(key), "holds a NUL character");
+    problems_.add(where(key), "contains a NUL character");
     return std::nullopt;
   }
   if (text.size() > max_bytes) {
@@ -89,7 +89,7 @@ std::optional<std::int64_t> ObjectFields::integer(const char* key, std::int64_t 
   }
   constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
   const std::int64_t number = json_object_get_int64(value);
-  // json-c cuts a number above 64 bits with sign to the largest one.
+  // json-c reads a number above the largest signed one as the largest.
   const bool cut =
       number == kMax && json_object_get_uint64(value) != static_cast<std::uint64_t>(kMax);
   if (cut || number < lowest || number > highest) {
@@ -109,7 +109,7 @@ json_object* ObjectFields::array(const char* key) {
   return find(key, Presence::kRequired, json_type_array, "an array");
 }
 
-void ObjectFields::refuse_keys_other_than(std::initializer_list<std::string_view> known) {
+void ObjectFields::allow_only(std::initializer_list<std::string_view> known) {
   if (!is_object_) {
     return;
   }

@@ -1,10 +1,9 @@
 #include <cstdio>
-#include <memory>
 
-#include "cli/output.h"
 #include "cli/command_error.h"
+#include "cli/output.h"
+#include "cli/tree/commands.h"
 #include "cli/tree/device_fields.h"
-#include "cli/tree/tree_commands.h"
 #include "cli/tree/device_tree_file.h"
 
 namespace devcfg {
@@ -17,23 +16,23 @@ struct Settings {
   bool show_password = false;
 };
 
-// The values are read at the node's own name, as programs do that look for a device: get_device
-// knows numbers, and so no node that is named otherwise.
-bool is_builtin(const TreeFile& tree, const std::string& node) {
+// Values are read by the name of the node: get_device takes a number, so it finds no node with
+// another form of name.
+bool is_builtin(const DeviceTreeFile& tree, const std::string& node) {
   return xmlcfg_get_bool(tree.handle(), false, "device", node.c_str(), "builtin", nullptr);
 }
 
-bool is_enabled(const TreeFile& tree, const std::string& node) {
+bool is_enabled(const DeviceTreeFile& tree, const std::string& node) {
   char text[6];
   xmlcfg_get_str(tree.handle(), "", text, sizeof(text), "device", node.c_str(), "enable", nullptr);
   return std::string(text) == "true";
 }
 
-std::string device_id(const TreeFile& tree, const std::string& node) {
+std::string device_id(const DeviceTreeFile& tree, const std::string& node) {
   return field_text(tree, node, device_fields().front());
 }
 
-Json device_object(const TreeFile& tree, const std::string& node) {
+Json device_object(const DeviceTreeFile& tree, const std::string& node) {
   Json object(json_object_new_object());
   const auto number = node_number(node);
   json_object_object_add(object.get(), "node", json_text(node));
@@ -46,7 +45,7 @@ Json device_object(const TreeFile& tree, const std::string& node) {
   return object;
 }
 
-std::vector<std::string> table_row(const TreeFile& tree, const std::string& node) {
+std::vector<std::string> table_row(const DeviceTreeFile& tree, const std::string& node) {
   const auto number = node_number(node);
   std::vector<std::string> row = {node, number ? std::to_string(*number) : ""};
   for (std::size_t i = 0; i < 3; ++i) {  // the identifier, the name and the type
@@ -58,7 +57,7 @@ std::vector<std::string> table_row(const TreeFile& tree, const std::string& node
 }
 
 void list_nodes(const Settings& settings) {
-  const TreeFile tree(kCfgRead, settings.file);
+  const DeviceTreeFile tree(kCfgRead, settings.file);
   const Json list(json_object_new_array());
   Table table({"NODE", "NUMBER", "ID", "NAME", "TYPE", "ENABLED", "BUILT-IN"});
   for (const std::string& node : node_names(tree)) {
@@ -72,24 +71,25 @@ void list_nodes(const Settings& settings) {
   }
 }
 
-void find_node(Settings settings) {
-  const TreeFile tree(kCfgRead, settings.file);
-  const int number = find_device_exist(tree.handle(), settings.wanted.data());
+void find_node(const Settings& settings) {
+  const DeviceTreeFile tree(kCfgRead, settings.file);
+  std::string wanted = settings.wanted;
+  const int number = find_device_exist(tree.handle(), wanted.data());
   for (const std::string& node : node_names(tree)) {
-    if (number >= 0 && node_number(node) == number && device_id(tree, node) == settings.wanted) {
+    if (number >= 0 && node_number(node) == number && device_id(tree, node) == wanted) {
       print_line(node);
       return;
     }
   }
-  throw Refusal("no node has the device id " + settings.wanted);
+  throw CommandError("no node has the device id " + settings.wanted);
 }
 
-std::string password_text(const TreeFile& tree, const std::string& node, bool show) {
+std::string password_text(const DeviceTreeFile& tree, const std::string& node, bool show) {
   const std::string text = field_text(tree, node, password_field());
   return show || text.empty() ? text : "(hidden, --show-password shows it)";
 }
 
-void print_node(const TreeFile& tree, const std::string& node, bool show_password) {
+void print_node(const DeviceTreeFile& tree, const std::string& node, bool show_password) {
   Table table({"FIELD", "VALUE"});
   table.add_row({"node", node});
   for (const DeviceField& field : device_fields()) {
@@ -101,7 +101,7 @@ void print_node(const TreeFile& tree, const std::string& node, bool show_passwor
   table.print();
 }
 
-// The node as it is named, or by its number.
+// Returns the name of the node, which is given by its name or its number.
 std::string wanted_node(const std::string& wanted) {
   const auto number = node_number("_" + wanted);
   const bool is_number = wanted.find_first_not_of("0123456789") == std::string::npos;
@@ -109,10 +109,10 @@ std::string wanted_node(const std::string& wanted) {
 }
 
 void show_node(const Settings& settings) {
-  const TreeFile tree(kCfgRead, settings.file);
+  const DeviceTreeFile tree(kCfgRead, settings.file);
   const std::string node = wanted_node(settings.wanted);
   if (const std::string id = device_id(tree, node); id.empty() || id == kNoValue) {
-    throw Refusal("there is no device at the node " + node);
+    throw CommandError("there is no device at the node " + node);
   }
   if (!settings.json) {
     print_node(tree, node, settings.show_password);
@@ -126,32 +126,28 @@ void show_node(const Settings& settings) {
   print_json(object.get());
 }
 
-void add_file_option(CLI::App& command, const std::shared_ptr<Settings>& settings) {
-  command.add_option("--file", settings->file, "Another device tree than the system's");
+// Adds what the subcommands have in common; returns where the values of its options are.
+Settings& add_command(Command command, void (*run)(const Settings&)) {
+  Settings& settings = command.run(run);
+  command.option("--file", settings.file, "Another device tree than the system's");
+  return settings;
 }
 
 }  // namespace
 
-void add_show_commands(CLI::App& tree) {
-  auto settings = std::make_shared<Settings>();
+void add_tree_show_commands(Command tree) {
+  const Command nodes = tree.subcommand("nodes", "List the nodes");
+  Settings& nodes_settings = add_command(nodes, list_nodes);
+  nodes.flag("--json", nodes_settings.json, "Print JSON");
 
-  CLI::App* nodes = tree.add_subcommand("nodes", "List the nodes");
-  add_file_option(*nodes, settings);
-  nodes->add_flag("--json", settings->json, "Print JSON");
-  nodes->callback([=] { list_nodes(*settings); });
+  const Command find = tree.subcommand("find", "Print the node of a device");
+  find.argument("ID", add_command(find, find_node).wanted, "The device's identifier");
 
-  CLI::App* find = tree.add_subcommand("find", "Tell the node of a device");
-  add_file_option(*find, settings);
-  find->add_option("ID", settings->wanted, "The device's identifier")->required();
-  find->callback([=] { find_node(*settings); });
-
-  CLI::App* show = tree.add_subcommand("show", "Show the values of a node");
-  add_file_option(*show, settings);
-  show->add_option("NODE", settings->wanted, "The name of a node, as device_007, or its number")
-      ->required();
-  show->add_flag("--json", settings->json, "Print JSON");
-  show->add_flag("--show-password", settings->show_password, "Show the password in clear");
-  show->callback([=] { show_node(*settings); });
+  const Command show = tree.subcommand("show", "Show the values of a node");
+  Settings& settings = add_command(show, show_node);
+  show.argument("NODE", settings.wanted, "The name of a node, as device_007, or its number");
+  show.flag("--json", settings.json, "Print JSON");
+  show.flag("--show-password", settings.show_password, "Show the password in clear");
 }
 
 }  // namespace devcfg
