@@ -39,7 +39,7 @@ std::vector<Ratio> matching_ratios(const std::string& filter) {
 
 void require(bool right, const char* what) {
   if (!right) {
-    std::fprintf(stderr, "wrong answer, nothing was timed: %s\n", what);
+    std::fprintf(stderr, "orvaneip_bench: check failed: %s\n", what);
     std::exit(1);
   }
 }
