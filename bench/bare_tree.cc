@@ -56,13 +56,14 @@ bool pugixml_parse(const std::string& path) {
   return static_cast<bool>(document.load_file(path.c_str()));
 }
 
-bool plain_replace(const std::string& folder, const std::string& path, const std::string& bytes) {
+bool plain_replace(const std::string& directory, const std::string& path,
+                   const std::string& bytes) {
   const std::string fresh = path + ".plain";
   const int file = open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
   bool done = write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
   done = fsync(file) == 0 && close(file) == 0 && done;
   done = rename(fresh.c_str(), path.c_str()) == 0 && done;
-  const int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+  const int parent = open(directory.c_str(), O_RDONLY | O_DIRECTORY);
   done = fsync(parent) == 0 && close(parent) == 0 && done;
   return done;
 }

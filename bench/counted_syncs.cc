@@ -9,7 +9,7 @@ namespace {
 std::atomic<int> count = 0;
 }
 
-// The program's own definitions come before the C library's.
+// The program's own definitions take precedence over the C library's.
 extern "C" __attribute__((visibility("default"))) int fsync(int file) {
   ++count;
   return static_cast<int>(syscall(SYS_fsync, file));

@@ -1,4 +1,4 @@
-// Counts the file synchronisations of this process, whichever library makes them.
+// Counts the calls of fsync and fdatasync in this process, whichever library makes them.
 #pragma once
 
 namespace bench {

@@ -9,7 +9,7 @@ namespace {
 using bench::require;
 using bench::SampleRules;
 
-// What a text of this device finds: the last rule of its last filter, or none.
+// Texts of this device: one that matches the last rule of its last filter, one that matches none.
 constexpr char kDevice[] = "id15";
 constexpr char kLastTarget[] = "SALE f3 ITEM r15";
 constexpr char kNoTarget[] = "SALE f3 ITEM r16";
@@ -83,8 +83,8 @@ BENCHMARK(matching_by_reference)->Unit(benchmark::kMicrosecond);
 BENCHMARK(matching_on_a_copy)->Unit(benchmark::kMicrosecond);
 
 const bool kDeclared = [] {
-  bench::expect_ratio("rules_in_place", "rules_copying", 0.65);
-  bench::expect_ratio("matching_by_reference", "matching_bare_scan", 1.2);
+  bench::expect_ratio("rules_in_place", "rules_copying", 0.55);
+  bench::expect_ratio("matching_by_reference", "matching_bare_scan", 0.90);
   bench::expect_ratio("matching_by_reference", "matching_on_a_copy", 0.001);
   return true;
 }();

@@ -1,4 +1,4 @@
-// Filtering by the plain steps, as slow as they are: what the benchmarks and tests compare with.
+// Filtering by the plain steps, one replacement a pass: the reference of benchmarks and tests.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace bench {
 
-// Longer texts fill their fields and have no terminator.
+// Longer texts fill their fields without a terminator.
 inline rule make_rule(const std::string& target, const std::string& result) {
   rule made = {};
   target.copy(made.target, kRuleTextBytes);
@@ -26,24 +26,24 @@ struct LiteralOutcome {
   std::vector<std::size_t> replacements;
 };
 
-// One pass: false when there is no occurrence, or the text would not fit.
+// Runs one pass. Returns false when there is no match, or the text would not fit.
 inline bool replace_first(const rule& applied, char* text, char* work, std::size_t capacity,
                           bool& ended_text, bool& met_capacity) {
   const std::size_t target = std::strlen(applied.target);
   const std::size_t result = std::strlen(applied.result);
-  const char* place = std::strstr(text, applied.target);
-  if (place == nullptr) {
+  const char* match = std::strstr(text, applied.target);
+  if (match == nullptr) {
     return false;
   }
-  const auto before = static_cast<std::size_t>(place - text);
-  const std::size_t after = std::strlen(place + target);
+  const auto before = static_cast<std::size_t>(match - text);
+  const std::size_t after = std::strlen(match + target);
   if (before + result + after + 1 > capacity) {
     met_capacity = true;
     return false;
   }
   std::memcpy(work, text, before);
   std::memcpy(work + before, applied.result, result);
-  std::memcpy(work + before + result, place + target, after + 1);
+  std::memcpy(work + before + result, match + target, after + 1);
   std::memcpy(text, work, before + result + after + 1);
   ended_text = after == 0;
   return true;

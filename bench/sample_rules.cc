@@ -3,9 +3,7 @@
 #include <dlfcn.h>
 #include <strings.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <string_view>
 
@@ -13,16 +11,16 @@
 
 namespace {
 
-std::string rule_file;  // where the fixed path leads
+std::string rule_file;  // is opened in place of the fixed path
 
 }  // namespace
 
-// The program's own definition comes before the platform's.
+// The program's own definition takes precedence over the platform's.
 void* xmlcfg_open(TCfgMode mode, const char* path) {
-  static const auto platforms =
+  static const auto platform_open =
       reinterpret_cast<decltype(&xmlcfg_open)>(dlsym(RTLD_NEXT, "xmlcfg_open"));
-  const bool fixed = std::string_view(path).ends_with("/etc/config/kfilter.xml");
-  return platforms(mode, fixed ? rule_file.c_str() : path);
+  const bool is_fixed_path = std::string_view(path).ends_with("/etc/config/kfilter.xml");
+  return platform_open(mode, is_fixed_path ? rule_file.c_str() : path);
 }
 
 namespace bench {
@@ -121,8 +119,6 @@ void copy_filters(void** tree, const char* device, std::vector<filter>& filters)
 }  // namespace
 
 SampleRules::SampleRules(int devices, int filters, int rules) {
-  std::string name = std::filesystem::temp_directory_path() / "orvaneip-bench-XXXXXX";
-  folder_ = mkdtemp(name.data());
   std::ofstream(file()).close();
   rule_file = file();
   void* tree = xmlcfg_open(kCfgChange, file().c_str());
@@ -133,8 +129,6 @@ SampleRules::SampleRules(int devices, int filters, int rules) {
   }
   require(xmlcfg_close(tree, true), "saving the sample rule file");
 }
-
-SampleRules::~SampleRules() { std::filesystem::remove_all(folder_); }
 
 std::vector<dev_filter> copying_read(const std::string& file) {
   std::vector<dev_filter> devices;
@@ -161,13 +155,13 @@ int bare_scan(const char* text, const char* device_id, const std::vector<dev_fil
     if (strcasecmp(device.device_id, device_id) != 0) {
       continue;
     }
-    int place = 0;
+    int number = 0;
     for (const filter& entry : device.filter_list) {
       for (const rule& line : entry.rule_list) {
         if (std::strcmp(line.target, text) == 0) {
-          return place;
+          return number;
         }
-        ++place;
+        ++number;
       }
     }
     return -1;

@@ -1,9 +1,10 @@
-// A rule file of its own for a benchmark. The library's fixed path leads to it.
+// A rule file of its own for a benchmark; the library reads it in place of its fixed path.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "bench/temporary_directory.h"
 #include "orvaneip.h"
 
 namespace bench {
@@ -11,22 +12,19 @@ namespace bench {
 class SampleRules {
  public:
   SampleRules(int devices, int filters, int rules);  // filters of a device, rules of a filter
-  ~SampleRules();
-  SampleRules(const SampleRules&) = delete;
-  SampleRules& operator=(const SampleRules&) = delete;
 
-  std::string file() const { return folder_ + "/kfilter.xml"; }
+  std::string file() const { return directory_.file("kfilter.xml"); }
 
  private:
-  std::string folder_;
+  TemporaryDirectory directory_;
 };
 
-// The same list as devcfg_get_filter_rules_list reads, built as a straightforward reader does: a
-// record on each level is filled and then copied into the list of the level above.
+// Returns the list of devcfg_get_filter_rules_list, built in the literal steps: on each level a
+// record is filled and then copied into the list of the level above.
 std::vector<dev_filter> copying_read(const std::string& file);
 
-// The rules of the device's filters whose target is the text, in one loop and no more: the place of
-// the first, or -1.
+// Compares the text with the targets of the device's rules in one bare loop. Returns the number of
+// the first equal one, counted from 0, or -1.
 int bare_scan(const char* text, const char* device_id, const std::vector<dev_filter>& devices);
 
 bool equal(const std::vector<dev_filter>& one, const std::vector<dev_filter>& other);

@@ -1,8 +1,6 @@
 #include "bench/sample_tree.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 namespace bench {
@@ -89,12 +87,6 @@ std::string sample_tree_text() {
   return text + devices + "</device>\n";
 }
 
-SampleTree::SampleTree() {
-  std::string name = std::filesystem::temp_directory_path() / "orvaneip-bench-XXXXXX";
-  folder_ = mkdtemp(name.data());
-  std::ofstream(path(), std::ios::binary) << sample_tree_text();
-}
-
-SampleTree::~SampleTree() { std::filesystem::remove_all(folder_); }
+SampleTree::SampleTree() { std::ofstream(path(), std::ios::binary) << sample_tree_text(); }
 
 }  // namespace bench

@@ -4,11 +4,13 @@
 #include <array>
 #include <string>
 
+#include "bench/temporary_directory.h"
+
 namespace bench {
 
 inline constexpr int kSampleDevices = 128;
 
-// The values that a device node holds: element names below the node, null after the last.
+// The path of a value of a device node: element names below the node, null after the last.
 using ValuePath = std::array<const char*, 4>;
 inline constexpr ValuePath kValuePaths[] = {
     {"device_id"},
@@ -35,22 +37,20 @@ inline constexpr ValuePath kValuePaths[] = {
 std::string sample_node(int number);       // device_007
 std::string sample_device_id(int number);  // the value of its device_id
 
-// The whole file: a node list and kSampleDevices nodes, each with all values of kValuePaths.
+// Returns the whole file: a node list and kSampleDevices nodes, each with all values of
+// kValuePaths.
 std::string sample_tree_text();
 
-// A folder of its own with that file in it, which goes away with the object.
+// A temporary directory that contains that file.
 class SampleTree {
  public:
   SampleTree();
-  ~SampleTree();
-  SampleTree(const SampleTree&) = delete;
-  SampleTree& operator=(const SampleTree&) = delete;
 
-  const std::string& folder() const { return folder_; }
-  std::string path() const { return folder_ + "/zelip.xml"; }
+  const std::string& directory() const { return directory_.path(); }
+  std::string path() const { return directory_.file("zelip.xml"); }
 
  private:
-  std::string folder_;
+  TemporaryDirectory directory_;
 };
 
 }  // namespace bench

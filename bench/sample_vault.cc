@@ -3,7 +3,6 @@
 #include <json-c/json.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 #include "orvaneip.h"
 
@@ -47,13 +46,7 @@ bool add_with(const std::string& vault_id, json_object* channels) {
 
 }  // namespace
 
-SampleVault::SampleVault() {
-  std::string name = std::filesystem::temp_directory_path() / "orvaneip-bench-XXXXXX";
-  folder_ = mkdtemp(name.data());
-  setenv("ORVANE_VAULT", database().c_str(), 1);
-}
-
-SampleVault::~SampleVault() { std::filesystem::remove_all(folder_); }
+SampleVault::SampleVault() { setenv("ORVANE_VAULT", database().c_str(), 1); }
 
 bool SampleVault::add_plain(const std::string& vault_id) const {
   return add_with(vault_id, nullptr);

@@ -1,26 +1,25 @@
-// A vault database of its own for a benchmark, in a folder that goes away with it.
+// A vault database of its own for a benchmark, in a temporary directory.
 #pragma once
 
 #include <string>
+
+#include "bench/temporary_directory.h"
 
 namespace bench {
 
 class SampleVault {
  public:
-  SampleVault();  // empty; ORVANE_VAULT names it from now on
-  ~SampleVault();
-  SampleVault(const SampleVault&) = delete;
-  SampleVault& operator=(const SampleVault&) = delete;
+  SampleVault();  // empty; sets ORVANE_VAULT to it
 
-  // Adds a data source with this many channels and filters. False when the library refuses.
+  // Adds a data source with this many channels and filters. Returns false when the library fails.
   bool add(const std::string& vault_id, int channels, int filters) const;
-  bool add_plain(const std::string& vault_id) const;  // neither channels nor filters
+  bool add_plain(const std::string& vault_id) const;  // without channels and filters
 
-  std::string file(const std::string& name) const { return folder_ + "/" + name; }
+  std::string file(const std::string& name) const { return directory_.file(name); }
   std::string database() const { return file("vault.db"); }
 
  private:
-  std::string folder_;
+  TemporaryDirectory directory_;
 };
 
 }  // namespace bench

@@ -1,14 +1,14 @@
-// CSqlite against the bare SQLite interface: the same query on the same file, and the same values
-// read out of its result.
+// CSqlite against SQLite's C interface: the same query on the same file, and the same values read
+// from its result.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include "bench/ratio.h"
+#include "bench/temporary_directory.h"
 #include "orvaneip.h"
 
 namespace {
@@ -18,12 +18,10 @@ using bench::require;
 constexpr int kRows = 1000;
 constexpr char kQuery[] = "SELECT id, vault_id, name, last_recv_time, enable FROM device";
 
-// A table as a device list has it, in a file that goes away with the program.
+// A table like that of a device list, in a temporary file.
 class SampleTable {
  public:
   SampleTable() {
-    std::string name = std::filesystem::temp_directory_path() / "orvaneip-sqlite-bench-XXXXXX";
-    folder_ = mkdtemp(name.data());
     CSqlite db(nullptr);
     const std::string rows =
         "CREATE TABLE device(id INTEGER PRIMARY KEY, vault_id, name, last_recv_time, enable);"
@@ -33,11 +31,10 @@ class SampleTable {
         "1700000000000 + i, i % 2 FROM n";
     require(db.openDatabase(file().c_str()) && db.ExecSQL(rows.c_str()), "filling the table");
   }
-  ~SampleTable() { std::filesystem::remove_all(folder_); }
-  std::string file() const { return folder_ + "/sample.db"; }
+  std::string file() const { return directory_.file("sample.db"); }
 
  private:
-  std::string folder_;
+  bench::TemporaryDirectory directory_;
 };
 
 const std::string& sample_file() {
@@ -46,7 +43,7 @@ const std::string& sample_file() {
   return file;
 }
 
-// Something of every value that was read, so that none can be left out.
+// Depends on every value that was read, so that none can be left out.
 struct Digest {
   long number = 0;
   unsigned long text = 0;
@@ -56,7 +53,7 @@ struct Digest {
   void add(const char* value) { text += static_cast<unsigned char>(value[5]); }
 };
 
-// The values of the current result, read with the getters from the first row on.
+// Reads the values of the current result with the getters, from the first row on.
 Digest read_with_getters(CSqlite& db) {
   Digest digest;
   char vault_id[64];
@@ -81,7 +78,8 @@ Digest read_with_getters(CSqlite& db) {
 
 void copy(char* buffer, const char* text) { std::memcpy(buffer, text, std::strlen(text) + 1); }
 
-// The same by hand: the place of each column is known, nothing is looked up or checked.
+// Reads the same values by hand: the number of each column is known, nothing is looked up or
+// checked.
 Digest read_by_hand(char** table, int rows, int columns) {
   Digest digest;
   char vault_id[64];
@@ -187,7 +185,7 @@ BENCHMARK(sqlite_read_with_getters)->Unit(benchmark::kMicrosecond);
 const bool kDeclared = [] {
   bench::expect_ratio("sqlite_query", "sqlite_get_table", 1.05);
   bench::expect_ratio("sqlite_query_and_read", "sqlite_get_table_and_read", 1.2);
-  // The result alone, read again and again: what finding each value's column by name costs.
+  // Without the query: the cost of finding the column of each value by its name.
   bench::expect_ratio("sqlite_read_with_getters", "sqlite_read_by_hand", 2.0);
   return true;
 }();

@@ -37,7 +37,7 @@ std::string receipt(std::size_t size, std::size_t hits) {
   return text;
 }
 
-// What is timed: a text, the rules, and a buffer that each iteration fills anew.
+// A text, the rules, and a buffer to which each iteration copies the text before it is filtered.
 class Filtering {
  public:
   Filtering(std::string text, std::vector<rule> rules)
@@ -74,7 +74,7 @@ class Filtering {
   FilterReport report_;
 };
 
-// One RE2 for each rule, compiled outside the clock.
+// One RE2 for each rule, compiled before the clock starts.
 class Expressions {
  public:
   explicit Expressions(const Filtering& filtering) : text_(filtering.text()) {
@@ -145,13 +145,13 @@ Filtering many_rules() {
   return Filtering(receipt(4096, 0), rules);
 }
 
-// A rule that meets its own result until the limit ends it.
+// A rule that matches its own result until the limit ends it.
 template <std::size_t kSize>
 Filtering runaway() {
   return Filtering(receipt(kSize, 0), {make_rule("a", "aa")});
 }
 
-// The longest target, which the text nearly holds at each place.
+// The longest target, which the text nearly contains at each position.
 template <std::size_t kSize>
 Filtering near_miss() {
   std::string target(kRuleTextBytes - 1, 'a');
@@ -159,7 +159,7 @@ Filtering near_miss() {
   return Filtering(std::string(kSize, 'a'), {make_rule(target, "c")});
 }
 
-// Results that overlap with what is around them, the longest ones.
+// Results of the greatest length that overlap with the text around them.
 template <std::size_t kSize>
 Filtering long_overlaps() {
   const std::string target = std::string(kRuleTextBytes - 3, 'a') + "b";
@@ -170,7 +170,7 @@ Filtering long_overlaps() {
   return Filtering(text, {make_rule(target, "a" + target)});
 }
 
-// Sizes that the cache holds in both runs: the steps are counted, not the memory.
+// Sizes that fit into the cache in both runs: the row measures the steps, not the memory.
 void declare_doubling(const std::string& name, MakeFiltering once, MakeFiltering twice) {
   time_filtering(name, once);
   time_filtering(name + "_doubled", twice);
@@ -186,18 +186,18 @@ void declare_receipts(const std::string& name, double aim) {
 const bool kDeclared = [] {
   constexpr std::size_t kKiB = 1024;
   constexpr std::size_t kMiB = kKiB * kKiB;
-  declare_receipts<kKiB, 0>("filter_1K_no_hit", 0.35);
-  declare_receipts<kKiB, 10>("filter_1K_10_hits", 0.35);
-  declare_receipts<64 * kKiB, 0>("filter_64K_no_hit", 0.20);
-  declare_receipts<64 * kKiB, 10>("filter_64K_10_hits", 0.20);
-  declare_receipts<64 * kKiB, 999>("filter_64K_999_hits", 0.20);
-  declare_receipts<kMiB, 0>("filter_1M_no_hit", 0.20);
-  declare_receipts<kMiB, 10>("filter_1M_10_hits", 0.20);
-  declare_receipts<kMiB, 999>("filter_1M_999_hits", 0.20);
+  declare_receipts<kKiB, 0>("filter_1K_no_hit", 0.18);
+  declare_receipts<kKiB, 10>("filter_1K_10_hits", 0.18);
+  declare_receipts<64 * kKiB, 0>("filter_64K_no_hit", 0.13);
+  declare_receipts<64 * kKiB, 10>("filter_64K_10_hits", 0.13);
+  declare_receipts<64 * kKiB, 999>("filter_64K_999_hits", 0.13);
+  declare_receipts<kMiB, 0>("filter_1M_no_hit", 0.13);
+  declare_receipts<kMiB, 10>("filter_1M_10_hits", 0.13);
+  declare_receipts<kMiB, 999>("filter_1M_999_hits", 0.13);
   compare_with_steps("filter_64K_999_hits", receipts<64 * kKiB, 999>);
   compare_with_steps("filter_1M_999_hits", receipts<kMiB, 999>);
   time_filtering("filter_4K_32_rules", many_rules);
-  compare_with_re2("filter_4K_32_rules", 0.20, many_rules);
+  compare_with_re2("filter_4K_32_rules", 0.09, many_rules);
   declare_doubling("filter_runaway", runaway<256 * kKiB>, runaway<512 * kKiB>);
   time_filtering("filter_1M_runaway", runaway<kMiB>);
   compare_with_steps("filter_1M_runaway", runaway<kMiB>);
