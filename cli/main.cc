@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/fixed_paths.h"
 #include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
@@ -51,8 +52,8 @@ void declare(devcfg::Command root) {
   add_commands(root);
   // After the subcommands, since they have the footer that is set when they are added.
   root.footer(
-      "The vault database is /var/lib/orvane/vault.db, or the file that ORVANE_VAULT names.\n" +
-      std::string(kExitStatus) +
+      "The vault database is " + std::string(base::kDefaultVaultPath) +
+      ", or the file that ORVANE_VAULT names.\n" + std::string(kExitStatus) +
       "\nA first try, with a vault of its own:\n"
       "  export ORVANE_VAULT=$PWD/try.db\n"
       "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"

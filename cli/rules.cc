@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/ascii_case.h"
+#include "base/fixed_paths.h"
 #include "cli/command_error.h"
 #include "cli/commands.h"
 #include "cli/output.h"
@@ -121,8 +122,8 @@ void apply(const std::string& device_id) {
 
 void add_rule_commands(Command root) {
   const Command rules = root.group("rules", "The rules for text from devices");
-  rules.footer("The rule file is " ORVANEIP_ROOT
-               "/etc/config/kfilter.xml, which is only read.\n"
+  rules.footer("The rule file is " + std::string(base::kRuleFilePath) +
+               ", which is only read.\n"
                "Example:\n  devcfg rules apply till-1 < receipts.txt");
 
   const Command listed = rules.subcommand("list", "List the rules of the rule file");

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <string>
 
+#include "base/fixed_paths.h"
 #include "devtree/internal/config_file.h"
-#include "devtree/internal/fixed_paths.h"
 #include "devtree/internal/node_list.h"
 #include "devtree/internal/tree_values.h"
 #include "foundation/split.h"
@@ -73,7 +73,7 @@ bool is_enabled(void* tree, const NodeName& name) {
 }  // namespace
 
 int devcfg_get_device_node(char* device_id) {
-  const orvaneip::ConfigFile file(kCfgRead, orvaneip::kDeviceTreePath);
+  const orvaneip::ConfigFile file(kCfgRead, base::kDeviceTreePath);
   if (!file.is_open()) {
     orvane_log_debug("[libdevcfg] open %s fail", __func__);
     return -1;

@@ -7,8 +7,8 @@
 #include "base/atomic_file.h"
 #include "base/failure.h"
 #include "base/file_descriptor.h"
+#include "base/fixed_paths.h"
 #include "devtree/device_tree.h"
-#include "devtree/internal/fixed_paths.h"
 #include "foundation/file_exist.h"
 #include "platform/log_sinks.h"
 
@@ -42,7 +42,7 @@ bool create(const std::string& path) {
 }  // namespace
 
 bool initial_xml() {
-  std::string path = orvaneip::kDeviceTreePath;
+  std::string path = base::kDeviceTreePath;
   if (check_file_exist(path.data()) || create(path)) {
     return true;
   }

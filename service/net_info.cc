@@ -45,7 +45,7 @@ int ask_platform(NetInfo& info) {
 std::string_view first_address(std::string_view list) {
   while (!list.empty()) {
     const std::string_view entry = list.substr(0, list.find(','));
-    if (entry.size() >= kNasAddressLengthMin) {
+    if (entry.size() >= kMinNasAddressLength) {
       return entry;
     }
     list.remove_prefix(std::min(entry.size() + 1, list.size()));

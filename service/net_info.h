@@ -9,16 +9,16 @@
 inline constexpr std::size_t kNasAddressBytes = 64;
 
 // Length of the shortest entry of the platform's address list that is taken for an address.
-inline constexpr std::size_t kNasAddressLengthMin = 8;
+inline constexpr std::size_t kMinNasAddressLength = 8;
 
 // Reads the address and the numbers under which other machines reach this one: the first entry of
-// the platform's address list with at least kNasAddressLengthMin characters, and three numbers
+// the platform's address list with at least kMinNasAddressLength characters, and three numbers
 // (port numbers on the embedded platform: platform/platform_layer.h). A space after a comma of the
 // list is part of the entry.
 //
 // `ip`: a buffer of at least kNasAddressBytes. Every address fits; a longer entry, which is not an
 //   address, is cut to fit and logged. Not written when every entry is shorter than
-//   kNasAddressLengthMin, which is not a failure: set it to "" before the call.
+//   kMinNasAddressLength, which is not a failure: set it to "" before the call.
 // `share_value_1`, `app_value`, `share_value_2`: written on success; `app_value` is 0 when the
 //   platform does not know it.
 // Each may be null.

@@ -1,12 +1,10 @@
 #include "service/service_commands.h"
 
+#include "base/fixed_paths.h"
 #include "platform/command_runner.h"
 #include "platform/log_sinks.h"
 
 namespace {
-
-constexpr char kServiceScript[] = ORVANEIP_ROOT "/etc/init.d/Kmetadatad.sh";
-constexpr char kDeviceManager[] = ORVANEIP_ROOT "/usr/bin/kdevmgmt";
 
 // Returns the path without the prefix of a build that runs elsewhere, for the log.
 const char* path_on_device(const char* path) { return path + sizeof(ORVANEIP_ROOT) - 1; }
@@ -27,24 +25,24 @@ int run(const char* path, const char* argument) {
 
 int run_for_device(const char* argument, const char* device_id) {
   if (device_id == nullptr) {
-    orvane_log_debug("[libdevcfg] %s %s: no device identifier", path_on_device(kDeviceManager),
-                     argument);
+    orvane_log_debug("[libdevcfg] %s %s: no device identifier",
+                     path_on_device(base::kDeviceManagerPath), argument);
     return -1;
   }
-  const int code = exit_code(
-      vorn_exec(0, 0, 0, kDeviceManager, argument, device_id, static_cast<char*>(nullptr)));
+  const int code = exit_code(vorn_exec(0, 0, 0, base::kDeviceManagerPath, argument, device_id,
+                                       static_cast<char*>(nullptr)));
   if (code < 0) {
-    orvane_log_debug("[libdevcfg] System command error: %s %s %s", path_on_device(kDeviceManager),
-                     argument, device_id);
+    orvane_log_debug("[libdevcfg] System command error: %s %s %s",
+                     path_on_device(base::kDeviceManagerPath), argument, device_id);
   }
   return code;
 }
 
 }  // namespace
 
-int devcfg_restart_all() { return run(kServiceScript, "restart"); }
+int devcfg_restart_all() { return run(base::kServiceScriptPath, "restart"); }
 
-int devcfg_dev_reload_all() { return run(kDeviceManager, "dev_reload_all"); }
+int devcfg_dev_reload_all() { return run(base::kDeviceManagerPath, "dev_reload_all"); }
 
 int devcfg_dev_load(char* device_id) { return run_for_device("dev_load", device_id); }
 

@@ -17,7 +17,7 @@ constexpr const char* kFilteringName = "do_filtering";  // in log lines, also of
 
 // Returns how many replacements a rule may make after so many passes: at least one.
 std::size_t replacement_limit(std::size_t passes) {
-  return passes < kFilterPassMax ? orvaneip::kRuleReplacementMax - passes : 1;
+  return passes < kMaxFilterPasses ? orvaneip::kMaxRuleReplacements - passes : 1;
 }
 
 // Each replacement took a pass; so did a search that found nothing, or nothing that fits.
@@ -35,7 +35,7 @@ std::size_t apply_rule(const rule& applied, BoundedText& text, FilterReport& rep
     report.outcome = kFilterCapacity;
   } else if (result.end == RewriteEnd::kNoMemory) {
     report.outcome = kFilterNoMemory;
-  } else if (result.end != RewriteEnd::kEndedText && report.passes > kFilterPassMax) {
+  } else if (result.end != RewriteEnd::kEndedText && report.passes > kMaxFilterPasses) {
     report.outcome = kFilterPassLimit;
     orvane_log_debug("[%s] Match more than 1000 times(!?)", kFilteringName);
   }

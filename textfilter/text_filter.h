@@ -6,7 +6,7 @@
 // its target goes on until one of these ends it:
 //  - A replacement that ends the text is the rule's last.
 //  - Every search is a pass, the last one without an occurrence too, counted over all rules of a
-//    call. Once the counter exceeds kFilterPassMax, "[%s] Match more than 1000 times(!?)" is
+//    call. Once the counter exceeds kMaxFilterPasses, "[%s] Match more than 1000 times(!?)" is
 //    logged, and every later rule has one pass, after which it is logged again, unless that pass
 //    ended the text.
 //  - The filtered text, terminator included, must not exceed the capacity: the replacement that
@@ -30,18 +30,18 @@
 #include "textfilter/rule.h"
 
 // Passes of one call after which each further rule has one pass. So a call makes at most
-// kFilterPassMax + 1 replacements, and one more for each further rule. (kFilterPassLimit is the
+// kMaxFilterPasses + 1 replacements, and one more for each further rule. (kFilterPassLimit is the
 // outcome of a call that exceeded it.)
-inline constexpr std::size_t kFilterPassMax = 999;
+inline constexpr std::size_t kMaxFilterPasses = 999;
 
 // The limit of a filtered text in the functions without a capacity, in bytes, terminator included.
 inline constexpr std::size_t kFilteredTextBytes = 4'194'304;
 
 enum FilterOutcome : int {
   kFilterFinished = 0,   // every rule was applied
-  kFilterPassLimit = 1,  // every rule was applied, in more than kFilterPassMax passes: occurrences
-                         // may be left
-  kFilterCapacity = 2,   // the next replacement would have exceeded the capacity: the call ended
+  kFilterPassLimit = 1,  // every rule was applied, in more than kMaxFilterPasses passes:
+                         // occurrences may be left
+  kFilterCapacity = 2,  // the next replacement would have exceeded the capacity: the call ended
   kFilterRefused = 3,   // the text is null, or not terminated within the capacity: nothing was done
   kFilterNoMemory = 4,  // no memory for the copy of a rule: neither it nor a later one was applied
 };

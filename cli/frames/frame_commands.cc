@@ -11,9 +11,6 @@
 namespace devcfg {
 namespace {
 
-// Default of --payload-max.
-constexpr std::size_t kDefaultPayloadMaxMib = 1;
-
 struct DecodeOptions {
   std::size_t payload_max = kDefaultPayloadMaxMib << 20;
   bool hex = false;

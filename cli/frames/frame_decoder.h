@@ -7,6 +7,9 @@
 
 namespace devcfg {
 
+// The longest payload that frame decode accepts unless an option says otherwise.
+inline constexpr std::size_t kDefaultPayloadMaxMib = 1;
+
 // Takes the frames out of bytes as they arrive, writes their payloads to standard output and
 // reports skipped bytes on standard error.
 class FrameDecoder {

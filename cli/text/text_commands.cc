@@ -36,7 +36,7 @@ void filter_text(const FilterTextOptions& options) {
     stream.print_hits();
   }
   if (const std::size_t count = stream.limited_texts(); count > 0) {
-    report("more than " + std::to_string(kFilterPassMax) + " passes in " +
+    report("more than " + std::to_string(kMaxFilterPasses) + " passes in " +
            pluralize(count, "text") + ": occurrences may be left");
   }
   if (rules_result != kDevcfgOk) {

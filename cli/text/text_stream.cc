@@ -18,7 +18,7 @@ std::size_t longest_growth(const std::vector<rule>& rules) {
   for (const rule& each : rules) {
     longest = std::max(longest, strnlen(each.result, kRuleTextBytes));
   }
-  return (kFilterPassMax + 1 + rules.size()) * longest;
+  return (kMaxFilterPasses + 1 + rules.size()) * longest;
 }
 
 void write_all(const char* bytes, std::size_t size) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 
+#include "base/fixed_paths.h"
 #include "cli/command_error.h"
 #include "cli/tree/commands.h"
 #include "cli/tree/device_fields.h"
@@ -13,7 +14,7 @@ namespace devcfg {
 namespace {
 
 struct Settings {
-  std::string file = system_device_tree();
+  std::string file = base::kDeviceTreePath;
   std::map<std::string, std::optional<std::string>> values;  // by DeviceField::option
   bool disabled = false;
   bool read_password = false;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "base/fixed_paths.h"
 #include "cli/command_error.h"
 
 namespace devcfg {
@@ -12,15 +13,13 @@ namespace {
 
 std::string why_not_opened(const std::string& path) {
   std::error_code error;
-  if (path == system_device_tree() && !std::filesystem::exists(path, error) && !error) {
+  if (path == base::kDeviceTreePath && !std::filesystem::exists(path, error) && !error) {
     return "there is no device tree yet: `devcfg tree init` creates " + path;
   }
   return "the tree " + path + " cannot be opened (--log shows why)";
 }
 
 }  // namespace
-
-std::string system_device_tree() { return ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml"; }
 
 DeviceTreeFile::DeviceTreeFile(TCfgMode mode, const std::string& path)
     : path_(path), handle_(xmlcfg_open(mode, path.c_str())) {

@@ -13,9 +13,6 @@ namespace devcfg {
 // Programs read this value as "no value".
 inline constexpr char kNoValue[] = "NULL";
 
-// Returns the path of the system's device tree.
-std::string system_device_tree();
-
 class DeviceTreeFile {
  public:
   // Throws CommandError when the file cannot be opened as a tree.
@@ -33,9 +30,6 @@ class DeviceTreeFile {
   std::string path_;
   void* handle_;
 };
-
-// Size in bytes, terminator included, up to which the library reads a list of names.
-inline constexpr std::size_t kNodeListBytes = 4096;
 
 // Returns the names in the list at `path`, empty ones included.
 template <typename... Names>

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "base/fixed_paths.h"
 #include "cli/command_error.h"
 #include "cli/tree/commands.h"
 #include "cli/tree/device_tree_file.h"
@@ -9,7 +10,7 @@ namespace devcfg {
 namespace {
 
 void init() {
-  const std::string file = system_device_tree();
+  const std::string file = base::kDeviceTreePath;
   std::error_code ignored;  // initial_xml reports a failure
   std::filesystem::create_directories(std::filesystem::path(file).parent_path(), ignored);
   if (!initial_xml()) {

@@ -1,5 +1,6 @@
 #include <cstdio>
 
+#include "base/fixed_paths.h"
 #include "cli/command_error.h"
 #include "cli/output.h"
 #include "cli/tree/commands.h"
@@ -10,7 +11,7 @@ namespace devcfg {
 namespace {
 
 struct Settings {
-  std::string file = system_device_tree();
+  std::string file = base::kDeviceTreePath;
   std::string wanted;  // an identifier, or a node
   bool json = false;
   bool show_password = false;

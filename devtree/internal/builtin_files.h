@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "base/fixed_paths.h"
 #include "devtree/internal/config_file.h"
-#include "devtree/internal/fixed_paths.h"
 #include "devtree/internal/node_list.h"
 #include "devtree/internal/tree_values.h"
 
@@ -13,7 +13,7 @@ namespace orvaneip {
 // The built-in list; its entries are numbered from 0. Absent values read as kNoValue.
 class BuiltinList : public ConfigFile {
  public:
-  explicit BuiltinList(TCfgMode mode) : ConfigFile(mode, kBuiltinListPath) {}
+  explicit BuiltinList(TCfgMode mode) : ConfigFile(mode, base::kBuiltinListPath) {}
 
   int entry_count() const;
   std::string key(int entry) const;
@@ -29,7 +29,7 @@ class BuiltinList : public ConfigFile {
 // The device tree.
 class DeviceTree : public ConfigFile {
  public:
-  explicit DeviceTree(TCfgMode mode) : ConfigFile(mode, kDeviceTreePath) {}
+  explicit DeviceTree(TCfgMode mode) : ConfigFile(mode, base::kDeviceTreePath) {}
 
   // Returns the whole node list, whatever its length; kNoValue when there is none.
   std::string node_list() const;

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "devtree/internal/fixed_paths.h"
+#include "base/fixed_paths.h"
 #include "tests/support/config_files.h"
 #include "tests/support/vault_calls.h"
 
@@ -39,7 +39,7 @@ TEST(Passwords, StayInPrivateFilesAndOutOfTheLog) {
   char password[] = "pa55-Word";
   const test::TempVault vault;
   const test::ConfigFiles files;
-  const std::string created = orvaneip::kDeviceTreePath;
+  const std::string created = base::kDeviceTreePath;
   fs::create_directories(fs::path(created).parent_path());
   ASSERT_TRUE(initial_xml());
   fs::rename(created, files.device_tree());

@@ -33,8 +33,16 @@ constants >"$work/constants"
 #include <string>
 #include <string_view>
 #include <type_traits>
+// A mode is written in octal.
 template <typename Value>
-std::string shown(const Value& value) {
+std::string shown(const Value& value, std::string_view name) {
+  if (name.find("Mode ") != std::string_view::npos) {
+    char text[16] = "";
+    if constexpr (std::is_integral_v<Value>) {
+      std::snprintf(text, sizeof(text), "%#o", static_cast<unsigned>(value));
+    }
+    return text;
+  }
   if constexpr (std::is_same_v<Value, char32_t>) {
     return "";  // a character
   } else if constexpr (std::is_integral_v<Value> || std::is_enum_v<Value>) {
@@ -54,7 +62,7 @@ void print(const char* name, const std::string& value) {
 int main() {
 CPP
   while read -r header name; do
-    echo "  print(\"$header ${name##*::} \", shown($name));"
+    echo "  print(\"$header ${name##*::} \", shown($name, \"${name##*::} \"));"
   done <"$work/constants"
   echo "}"
 } >"$work/print.cc"

@@ -1,8 +1,8 @@
 // Makes a change of each kind, and acknowledges each on standard output once it has returned.
 #include <unistd.h>
 
-#include "tests/support/run_sql.h"
 #include "tests/support/config_tree.h"
+#include "tests/support/run_sql.h"
 #include "tests/support/vault_calls.h"
 
 int main() {

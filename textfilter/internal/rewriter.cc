@@ -47,7 +47,7 @@ class Matches {
   void replace_backward(const RuleTexts& texts, BoundedText& text) const;
 
   std::size_t count_ = 0;
-  std::array<std::size_t, kRuleReplacementMax> offsets_;
+  std::array<std::size_t, kMaxRuleReplacements> offsets_;
 };
 
 RewriteResult Matches::collect(const RuleTexts& texts, const BoundedText& text, const char* first,

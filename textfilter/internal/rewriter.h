@@ -20,7 +20,7 @@ struct BoundedText {
 };
 
 // The most replacements that one rule makes: the one after which the limit is noticed included.
-inline constexpr std::size_t kRuleReplacementMax = kFilterPassMax + 1;
+inline constexpr std::size_t kMaxRuleReplacements = kMaxFilterPasses + 1;
 
 enum class RewriteEnd {
   kNoOccurrence,  // the last search found no occurrence
@@ -36,7 +36,7 @@ struct RewriteResult {
 };
 
 // Replaces the first occurrence of the rule's target by its result, and again from the start of the
-// text, at most `limit` times (1 to kRuleReplacementMax). The target must not be empty.
+// text, at most `limit` times (1 to kMaxRuleReplacements). The target must not be empty.
 RewriteResult rewrite(const rule& applied, std::size_t limit, BoundedText& text);
 
 }  // namespace orvaneip

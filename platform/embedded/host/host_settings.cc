@@ -14,7 +14,7 @@
 namespace orvaneplatform {
 namespace {
 
-constexpr std::size_t kFileBytesMax = kHostSettingsKibMax * 1024;
+constexpr std::size_t kFileBytesMax = kMaxHostSettingsKib * 1024;
 constexpr std::string_view kWhitespace = " \t\r";
 
 std::optional<int> parse_port(std::string_view text) {
@@ -83,7 +83,7 @@ HostSettings read_host_settings(const std::string& path) {
     return refuse(path, "it cannot be read");
   }
   if (text.size() > kFileBytesMax) {
-    return refuse(path, "it is larger than " + std::to_string(kHostSettingsKibMax) + " KiB");
+    return refuse(path, "it is larger than " + std::to_string(kMaxHostSettingsKib) + " KiB");
   }
   return parse_host_settings(text, path.c_str());
 }

@@ -7,11 +7,8 @@
 
 namespace orvaneplatform {
 
-// The settings file; platform/platform_layer.h describes its format.
-inline constexpr char kHostSettingsFile[] = ORVANEIP_ROOT "/etc/orvane/host.conf";
-
 // Size limit of the settings file. A larger file is not read.
-inline constexpr std::size_t kHostSettingsKibMax = 64;
+inline constexpr std::size_t kMaxHostSettingsKib = 64;
 
 inline constexpr int kPortMin = 1;
 inline constexpr int kPortMax = 65535;
@@ -34,7 +31,7 @@ struct HostSettings {
 HostSettings parse_host_settings(std::string_view text, const char* name);
 
 // Returns the settings of the file at `path`. A file that does not exist, cannot be read or is
-// larger than kHostSettingsKibMax gives the defaults; the last two are logged.
+// larger than kMaxHostSettingsKib gives the defaults; the last two are logged.
 HostSettings read_host_settings(const std::string& path);
 
 }  // namespace orvaneplatform

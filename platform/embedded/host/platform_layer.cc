@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/fixed_paths.h"
 #include "platform/embedded/host/host_settings.h"
 #include "platform/embedded/host/interface_addresses.h"
 
@@ -13,7 +14,7 @@ int PAL_auth_get_auth(t_auth& auth) {
 int PAL_network_get_app_info(const t_auth& /*auth*/, const t_network_app_info& /*question*/,
                              t_network_app_info& answer) {
   using namespace orvaneplatform;
-  answer.app_value = read_host_settings(kHostSettingsFile).app_port;
+  answer.app_value = read_host_settings(base::kHostSettingsPath).app_port;
   return 0;
 }
 
@@ -24,7 +25,7 @@ int PAL_system_get_share_addr(const t_auth& /*auth*/, const t_system_share_addr&
   if (!addresses) {
     return -1;
   }
-  const HostSettings settings = read_host_settings(kHostSettingsFile);
+  const HostSettings settings = read_host_settings(base::kHostSettingsPath);
   answer.share_value_1 = settings.http_port;
   answer.share_value_2 = settings.https_port;
   answer.ip_list = std::move(*addresses);

@@ -1,22 +1,15 @@
 #include <json-c/json.h>
 
-#include <cstring>
 #include <limits>
 #include <string_view>
 #include <unordered_set>
 
+#include "base/json_fields.h"
 #include "platform/vault_database.h"
 
 namespace {
 
 using namespace metadata_vault;
-
-// Returns whether the value is a string without a NUL.
-bool is_text(json_object* value) {
-  return json_object_is_type(value, json_type_string) &&
-         std::strlen(json_object_get_string(value)) ==
-             static_cast<std::size_t>(json_object_get_string_len(value));
-}
 
 bool is_channel_index(json_object* value) {
   return json_object_is_type(value, json_type_int) && json_object_get_int64(value) >= 0 &&
@@ -31,14 +24,14 @@ class ChannelListChecker {
       return kChannelNotObject;
     }
     json_object* guid = json_object_object_get(entry, "guid");
-    if (!is_text(guid) || json_object_get_string_len(guid) == 0) {
+    if (!base::is_text(guid) || json_object_get_string_len(guid) == 0) {
       return kChannelGuidInvalid;
     }
     json_object* index = json_object_object_get(entry, "channel_index");
     if (!is_channel_index(index)) {
       return kChannelIndexInvalid;
     }
-    if (!is_text(json_object_object_get(entry, "name"))) {
+    if (!base::is_text(json_object_object_get(entry, "name"))) {
       return kChannelNameInvalid;
     }
     if (!guids_.insert(json_object_get_string(guid)).second) {

@@ -10,6 +10,7 @@
 
 #include "base/directory.h"
 #include "base/failure.h"
+#include "base/fixed_paths.h"
 #include "platform/vault_status.h"
 
 namespace orvaneplatform {
@@ -28,7 +29,7 @@ bool is_server(const std::string& setting) {
 
 std::filesystem::path path_of(const std::string& setting) {
   if (setting.empty()) {
-    return kDefaultVaultFile;
+    return base::kDefaultVaultPath;
   }
   // "./" keeps SQLite from giving the path a meaning of its own (":memory:").
   return setting.starts_with('/') ? setting : "./" + setting;

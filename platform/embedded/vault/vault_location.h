@@ -5,9 +5,6 @@
 
 namespace orvaneplatform {
 
-// The vault database when the environment variable ORVANE_VAULT is not set or empty.
-inline constexpr char kDefaultVaultFile[] = ORVANEIP_ROOT "/var/lib/orvane/vault.db";
-
 // The event database, in the directory of the vault database, and its other name for a vault
 // database that is itself named kEventFile. Other programs use these names: they must not change.
 inline constexpr char kEventFile[] = "events.db";
@@ -21,7 +18,7 @@ inline constexpr unsigned int kDatabaseFileMode = 0600;
 std::string vault_file_path();
 
 // Returns the path of the event database. When the vault database is on a server, that is
-// kEventFile in the directory of kDefaultVaultFile.
+// kEventFile in the directory of base::kDefaultVaultPath (base/fixed_paths.h).
 std::string event_file_path();
 
 // Creates the database file at `path` (empty, mode kDatabaseFileMode) and its directories when they
