@@ -8,18 +8,15 @@
 #include "base/fixed_paths.h"
 #include "cli/command_error.h"
 #include "cli/commands.h"
+#include "cli/exit_status.h"
 #include "cli/output.h"
 #include "cli/raw_arguments.h"
 
 namespace {
 
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 constexpr char kDescription[] =
     "Shows and changes the device configuration of the metadata service: its data sources\n"
     "(cameras, tills, doors), their camera channels and their text filters.";
-constexpr char kExitStatus[] =
-    "Exit status: 0 done, 1 refused or failed (the reason is on standard error), 2 wrong usage.";
 
 void add_flags(devcfg::Command root) {
   root.print_flag("--version", "devcfg " DEVCFG_VERSION, "Print the version and exit");
@@ -47,13 +44,13 @@ void add_commands(devcfg::Command root) {
 
 void declare(devcfg::Command root) {
   // The footer of a command without its own.
-  root.footer(kExitStatus);
+  root.footer(devcfg::kExitStatusHelp);
   add_flags(root);
   add_commands(root);
   // After the subcommands, since they have the footer that is set when they are added.
   root.footer(
       "The vault database is " + std::string(base::kDefaultVaultPath) +
-      ", or the file that ORVANE_VAULT names.\n" + std::string(kExitStatus) +
+      ", or the file that ORVANE_VAULT names.\n" + std::string(devcfg::kExitStatusHelp) +
       "\nA first try, with a vault of its own:\n"
       "  export ORVANE_VAULT=$PWD/try.db\n"
       "  devcfg add till-1 --type pos-serial --name \"Till 1\" --channel 0:cam-01:Entrance\n"
@@ -75,7 +72,7 @@ int run(int argc, char** argv) {
   try {
     command_line.run(argc, argv);
   } catch (const devcfg::NegativeAnswer&) {
-    status = kFailed;
+    status = devcfg::kExitFailed;
   }
   devcfg::finish_output();
   return status;
@@ -92,9 +89,9 @@ int main(int argc, char** argv) {
   } catch (const devcfg::UsageError& error) {
     devcfg::report(error.what());
     std::fputs("see devcfg --help and devcfg COMMAND --help\n", stderr);
-    return kWrongUsage;
+    return devcfg::kExitWrongUsage;
   } catch (const std::exception& error) {
     devcfg::report(error.what());
-    return kFailed;
+    return devcfg::kExitFailed;
   }
 }

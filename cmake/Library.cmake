@@ -17,4 +17,5 @@ target_include_directories(orvaneip INTERFACE
 target_link_libraries(orvaneip
   PUBLIC orvaneplatform json-c::json-c
   PRIVATE base PkgConfig::uuid PkgConfig::sqlite3)
+target_precompile_headers(orvaneip PRIVATE <algorithm> <cstring> <string> <vector>)
 orvaneip_shared_library(orvaneip)

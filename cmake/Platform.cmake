@@ -6,6 +6,8 @@ if(ORVANEIP_PLATFORM STREQUAL "embedded")
   add_library(orvaneplatform SHARED ${platform_sources})
   target_compile_definitions(orvaneplatform PRIVATE ORVANEIP_ROOT="${ORVANEIP_ROOT}")
   target_link_libraries(orvaneplatform PRIVATE base soci json-c::json-c pugixml::pugixml)
+  target_precompile_headers(orvaneplatform PRIVATE
+    <algorithm> <filesystem> <functional> <memory> <optional> <pugixml.hpp> <string> <vector>)
   orvaneip_shared_library(orvaneplatform)
 elseif(ORVANEIP_PLATFORM STREQUAL "external")
   if(NOT ORVANEIP_PLATFORM_LIBRARIES)

@@ -29,6 +29,7 @@
 #include <vector>
 
 #include "platform/export.h"
+#include "platform/vault_limits.h"
 #include "platform/vault_status.h"
 
 struct json_object;
@@ -67,14 +68,6 @@ struct DataSource {
   std::vector<Filter> filter;
   std::vector<Channel> channel_guid_list;
 };
-
-// The largest number of data sources in a vault database. Stored vault databases enforce it
-// themselves: it must not change.
-inline constexpr int kMaxDataSources = 128;
-
-// How long a writer of the embedded vault database, or of the embedded event database, waits for
-// another writer before it fails with kVaultBusy.
-inline constexpr int kLockWaitMs = 10'000;
 
 class VaultConnectionState;  // defined by the implementation
 
