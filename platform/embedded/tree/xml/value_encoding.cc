@@ -99,7 +99,7 @@ std::optional<std::string> decode_base64(std::string_view text) {
   if (digits % 4 != 0 || padding > 2) {
     return std::nullopt;
   }
-  bytes.resize(bytes.size() - padding);
+  bytes.erase(bytes.size() - padding);
   return bytes;
 }
 
