@@ -51,6 +51,12 @@ class NewFile {
             fchmod(file_.get(), old.st_mode & 07777) == 0);
   }
 
+  // Other users may not read it, whatever the umask.
+  void set_private() {
+    require(fchmod(file_.get(), 0600) == 0);
+    inherit_owner(name_);
+  }
+
   void write(std::string_view bytes) {
     while (!bytes.empty()) {
       const ssize_t count = ::write(file_.get(), bytes.data(), bytes.size());
@@ -107,6 +113,7 @@ void write_file(const std::string& path, std::string_view bytes) {
 
 bool create_file(const std::string& path, std::string_view bytes) {
   NewFile file(path, open_unique);
+  file.set_private();
   file.write(bytes);
   return file.create();
 }

@@ -21,7 +21,8 @@ void replace_file(const std::string& path, std::string_view bytes, const struct 
 // because each new file has a unique name until it is renamed: the last writer wins.
 void write_file(const std::string& path, std::string_view bytes);
 
-// Creates the file at `path` with mode 0600. Returns false, and changes nothing, when it exists.
+// Creates the file at `path` with mode 0600 whatever the umask, and with the owner that
+// inherit_owner (base/directory.h) gives it. Returns false, and changes nothing, when it exists.
 bool create_file(const std::string& path, std::string_view bytes);
 
 }  // namespace base

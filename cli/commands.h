@@ -13,6 +13,7 @@ namespace devcfg {
 void add_data_source_commands(Command root);  // data_sources/: add list show modify remove ...
 void add_filter_commands(Command root);       // filters/: filters show|set
 void add_camera_commands(Command root);       // cameras.cc: camera removed|renamed
+void add_event_commands(Command root);        // events.cc: events list|add|remove
 void add_tree_commands(Command root);         // tree/: tree init|nodes|find|show|add|...
 void add_rule_commands(Command root);         // rules.cc: rules list|apply
 void add_text_commands(Command root);         // text/: filter-text

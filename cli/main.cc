@@ -31,6 +31,7 @@ void add_commands(devcfg::Command root) {
   devcfg::add_data_source_commands(root);
   devcfg::add_filter_commands(root);
   devcfg::add_camera_commands(root);
+  devcfg::add_event_commands(root);
   devcfg::add_tree_commands(root);
   devcfg::add_rule_commands(root);
   devcfg::add_text_commands(root);

@@ -28,9 +28,8 @@ if(ORVANEIP_INSTRUMENT STREQUAL "coverage")
                       "SHELL:-mllvm -runtime-counter-relocation")
   add_link_options(-fprofile-instr-generate)
 elseif(ORVANEIP_INSTRUMENT)
-  # vptr checks need the type information of SOCI classes that SOCI does not export; with a
-  # sanitizer GCC takes initialised objects for uninitialised ones.
-  add_compile_options(-fsanitize=${ORVANEIP_INSTRUMENT} -fno-sanitize=vptr -fno-sanitize-recover=all
+  # With a sanitizer GCC takes initialised objects for uninitialised ones.
+  add_compile_options(-fsanitize=${ORVANEIP_INSTRUMENT} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer -O1 $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_link_options(-fsanitize=${ORVANEIP_INSTRUMENT})
 else()

@@ -5,7 +5,7 @@ if(ORVANEIP_PLATFORM STREQUAL "embedded")
   file(GLOB_RECURSE platform_sources CONFIGURE_DEPENDS platform/embedded/*.cc)
   add_library(orvaneplatform SHARED ${platform_sources})
   target_compile_definitions(orvaneplatform PRIVATE ORVANEIP_ROOT="${ORVANEIP_ROOT}")
-  target_link_libraries(orvaneplatform PRIVATE base soci json-c::json-c pugixml::pugixml)
+  target_link_libraries(orvaneplatform PRIVATE base json-c::json-c pugixml::pugixml SQLiteCpp PkgConfig::sqlite3)
   target_precompile_headers(orvaneplatform PRIVATE
     <algorithm> <filesystem> <functional> <memory> <optional> <pugixml.hpp> <string> <vector>)
   orvaneip_shared_library(orvaneplatform)

@@ -17,10 +17,13 @@
 //    has to log every other failed write.
 //
 // The embedded vault database is an SQLite file: the one that the environment variable
-// ORVANE_VAULT names, or /var/lib/orvane/vault.db. The first use creates it with mode 0600, and the
-// directories above it. A writer waits at most kLockWaitMs for another writer; readers wait for
-// nobody. A file that is not a vault database, is damaged, or was written by a newer version is
-// never changed. Every failure is logged, with the tag "[vaultdb]".
+// ORVANE_VAULT names as a path or as sqlite:///PATH, or /var/lib/orvane/vault.db. The first change
+// creates it with mode 0600, whatever the umask, and the directories above it with mode 0755;
+// created by root, they get the owner and group of the directory that they are in. A vault that
+// does not exist has no records, and reading it creates nothing. A writer waits at most kLockWaitMs
+// for another writer; readers wait for nobody. A file that is not a vault database, holds anything
+// but a vault's tables, is damaged, or was written by a newer version is never changed; an older
+// schema is upgraded by the first change. Every failure is logged, with the tag "[vaultdb]".
 #pragma once
 
 #include <cstdint>

@@ -7,8 +7,8 @@ namespace metadata_vault {
 // themselves: it must not change.
 inline constexpr int kMaxDataSources = 128;
 
-// How long a writer of the embedded vault database, or of the embedded event database, waits for
-// another writer before it fails with kVaultBusy.
+// How long a writer of the embedded vault database waits for another writer before it fails with
+// kVaultBusy, in milliseconds.
 inline constexpr int kLockWaitMs = 10'000;
 
 }  // namespace metadata_vault

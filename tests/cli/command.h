@@ -35,13 +35,22 @@ struct Step {
 struct CommandVault : TempDirectory {
   std::string database() const { return file("vault.db"); }
 
+  // When it is not empty, every SQL statement of devcfg that contains it fails.
+  std::string failing_statement;
+
   // Runs devcfg with these words of a shell, after the shell's `limits`, in the directory
   // examples/shop. File permissions apply to the superuser only without two capabilities.
   Outcome devcfg(const std::string& words, const std::string& input = "",
                  const std::string& limits = "") const {
     const std::string shop = "cd '" ORVANEIP_SOURCE_DIR "/examples/shop'; " + limits;
     const std::string drop = "setpriv --bounding-set=-dac_override,-dac_read_search ";
-    return run("bash", {"-c", shop + (geteuid() == 0 ? drop : "") + ORVANEIP_DEVCFG " " + words},
+    const std::string preload =
+        "env ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD='" FAILING_STATEMENTS
+        "' FAILING_STATEMENT=\"" +
+        failing_statement + "\" ";
+    const std::string fail = failing_statement.empty() ? "" : preload;
+    return run("bash",
+               {"-c", shop + (geteuid() == 0 ? drop : "") + fail + ORVANEIP_DEVCFG " " + words},
                input, {"ORVANE_VAULT=" + database()});
   }
 

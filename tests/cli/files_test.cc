@@ -89,7 +89,6 @@ TEST(BadVault, IsReportedAndNotChanged) {
   EXPECT_EQ(test::read_file(vault.database()), garbage);
 }
 
-// A trigger makes one kind of write fail.
 TEST(BadVault, ReportsAChangeThatWasNotStoredAndRollsBackAFailedImport) {
   const CommandVault vault;
   vault.import_shop();
@@ -100,25 +99,25 @@ TEST(BadVault, ReportsAChangeThatWasNotStoredAndRollsBackAFailedImport) {
   }
   const std::string import = "import --replace -";
   const std::string kRows[][3] = {
-      {"INSERT ON data_source", "add new --type t --name n", "the data source was not added"},
-      {"INSERT ON channel", "add new --type t --name n --channel 0:a:b", "added"},
-      {"UPDATE ON data_source", "modify till-1 --description New",
+      {"INSERT INTO data_source", "add new --type t --name n", "the data source was not added"},
+      {"INSERT INTO channel", "add new --type t --name n --channel 0:a:b", "added"},
+      {"UPDATE data_source", "modify till-1 --description New",
        "the change of \"till-1\" was not stored in the vault (--log shows why)"},
-      {"DELETE ON data_source", "remove till-1 till-2", "was not stored"},
-      {"INSERT ON filter", "filters set till-1 filters-door-staff.json", "was not stored"},
-      {"DELETE ON channel", "camera removed cam-yard", "was not stored"},
-      {"UPDATE ON channel", "camera renamed cam-yard New", "the new name of camera"},
-      {"DELETE ON data_source WHEN OLD.list_index = 2", import, "until then: "},
-      {"INSERT ON data_source WHEN NEW.vault_id = 'new-door-staff'", import, "until then: "},
-      {"INSERT ON filter WHEN NEW.vault_id = 'new-till-2'", import, "until then: "},
+      {"DELETE FROM data_source", "remove till-1 till-2", "was not stored"},
+      {"INSERT INTO filter", "filters set till-1 filters-door-staff.json", "was not stored"},
+      {"DELETE FROM channel", "camera removed cam-yard", "was not stored"},
+      {"UPDATE channel", "camera renamed cam-yard New", "the new name of camera"},
+      {"DELETE FROM data_source WHERE vault_id = 'plates-yard'", import, "until then: "},
+      {"last_recv_time) VALUES ('new-door-staff'", import, "until then: "},
+      {"result, name) VALUES ('new-till-2'", import, "until then: "},
   };
-  for (const auto& [event, words, reason] : kRows) {
-    const CommandVault failing;
+  for (const auto& [statement, words, reason] : kRows) {
+    CommandVault failing;
     failing.check({{"import -", 0, "4 added", before}});
-    test::BareSqlite(failing.database())
-        .exec("CREATE TRIGGER failing BEFORE " + event + " BEGIN SELECT RAISE(ABORT, 'no'); END");
+    failing.failing_statement = statement;
     failing.check({{words, 1, reason, document}});
-    EXPECT_TRUE(words != import || failing.content() == before) << event;
+    failing.failing_statement = "";
+    EXPECT_TRUE(words != import || failing.content() == before) << statement;
   }
 }
 

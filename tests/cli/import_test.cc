@@ -82,7 +82,8 @@ TEST(Import, ReproducesAnExportedVaultByteForByteDespiteOrphanedLists) {
   const test::Outcome list = first.devcfg("list --json");
   test::expect_part(list.output, "\uFFFD\uFFFD broken");
   test::expect_part(list.errors, "U+FFFD");
-  test::expect_part(second.content(), "\"vault_list\": [\n  ]");  // creates the vault
+  test::expect_part(second.content(), "\"vault_list\": [\n  ]");
+  second.check({{"add x --type t --name n", 0, "x"}, {"remove x", 0, "removed"}});
   EXPECT_EQ(test::BareSqlite(second.database())
                 .exec("INSERT INTO channel VALUES (9, 'a', 1, '', '');"  // without a data source
                       "INSERT INTO filter VALUES (9, 'a', 1, '', '', '')"),

@@ -46,7 +46,7 @@ TEST(Passwords, StayInPrivateFilesAndOutOfTheLog) {
   test::write_tree(files.builtin_list(), "device", "no=1;builtin_0/plugin=pa55-Word");
   make_calls(password, files);
   EXPECT_NE(test::read_file(files.device_tree()).find(password), std::string::npos);
-  for (const std::string& file : {vault.database(), vault.file("events.db"), files.device_tree()}) {
+  for (const std::string& file : {vault.database(), files.device_tree()}) {
     const bool is_tree = file == files.device_tree();
     for (const char* suffix : {"", is_tree ? ".lock" : "-wal", is_tree ? "" : "-shm"}) {
       EXPECT_EQ(fs::status(file + suffix).permissions(), fs::perms(0600)) << file << suffix;

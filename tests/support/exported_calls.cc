@@ -220,6 +220,7 @@ const std::vector<Call> kExportedCalls = {
     CALL("devcfg_modify_filter", devcfg_modify_filter(own.id.data(), own.filters) == 0),
     CALL("notify_camera_removed", notify_camera_removed(missing) == 0),
     CALL("notify_camera_modified", notify_camera_modified(missing, id_a, 0) == 0),
+    CALL("devcfg_set_last_recv_time", devcfg_set_last_recv_time(own.id.c_str(), 1) == 0),
     CALL("metadata_remove", metadata_remove(missing, nullptr, nullptr, nullptr) == 0),
     {"check_token", check_token},
     {"apply_rules", apply_rules, 2002},

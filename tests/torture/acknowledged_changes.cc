@@ -24,6 +24,10 @@ int main() {
   test::Tree tree(kCfgChange, ORVANEIP_ROOT "/third_party/zelip/config/zelip.xml");
   acknowledge(tree.store({"device", "device_007"}, "x") && tree.close());
   acknowledge(aevt_remove_event(id) == 0);
-  test::run_sql(ORVANEIP_ROOT "/vault/events.db", "INSERT INTO active_event VALUES ('till')");
+  acknowledge(aevt_add_event(id) == 0);
+  acknowledge(devcfg_set_last_recv_time("a", 1) == 0);
+  test::run_sql(ORVANEIP_ROOT "/vault/events.db",
+                "CREATE TABLE active_event (event_id TEXT PRIMARY KEY);"
+                "INSERT INTO active_event VALUES ('till')");
   acknowledge(aevt_remove_event(id) != 0);
 }

@@ -12,7 +12,7 @@ export ASAN_OPTIONS=detect_leaks=0 # which needs to trace the program itself
 strace -f -y -o "$trace" -e trace='/^(open|mk|rename|link|unlink|p?write|ftruncate|f(data)?sync)' \
   sh -c '"$1" && "$2" export "$3/export.json"' sh "$program" "$devcfg" "$root" >/dev/null
 
-check() { awk -v root="$root" -v acknowledged=9 -f "$here/order.awk" "$1"; }
+check() { awk -v root="$root" -v acknowledged=11 -f "$here/order.awk" "$1"; }
 check "$trace"
 for lost in .wal .db root vault .saving zelip.xml....... config json.......; do
   grep -Ev "sync\([0-9]+<[^>]*$lost>" "$trace" >"$trace.broken"

@@ -17,6 +17,11 @@ class VaultStore {
  public:
   enum Kind { kAdd, kRemove, kRename, kChannels, kKinds };
 
+  VaultStore() {
+    EXPECT_EQ(add("first"), 0);
+    EXPECT_EQ(devcfg_remove_device(std::string("first").data(), nullptr, nullptr), 0);
+  }
+
   bool make(const Change& change) const {
     auto [id, kind, value] = change;
     const std::string list = R"([{"name":"","channel_index":0,"guid":")" + value +

@@ -1,31 +1,31 @@
 #include "platform/embedded/vault/connection_state.h"
 
-#include "platform/embedded/vault/vault_location.h"
+#include "platform/embedded/vault/engine_choice.h"
 #include "platform/embedded/vault/vault_schema.h"
 #include "platform/log_sinks.h"
 #include "platform/vault_database.h"
 
+namespace orvaneplatform {
+
+metadata_vault::VaultStatus report_failure(const char* operation, const base::Failure& failure) {
+  orvane_log_debug("[vaultdb] %s failed with status %d: %s", operation, failure.status(),
+                   failure.what());
+  return static_cast<metadata_vault::VaultStatus>(failure.status());
+}
+
+}  // namespace orvaneplatform
+
 namespace metadata_vault {
 
-void VaultConnectionState::open_file(const std::string& path) {
-  namespace engine = orvaneplatform::sqlite_engine;
-  orvaneplatform::create_database_file(path);
-  engine::throw_failures(sql_, path, [&] {
-    engine::open(sql_, path, wait_);
-    const int version = engine::schema_version(sql_);
-    if (version > orvaneplatform::kSchemaVersion) {
-      throw base::Failure(path, "schema version " + std::to_string(version) + " is newer",
-                          kVaultNewerSchema);
-    }
-    if (version < orvaneplatform::kSchemaVersion) {
-      orvaneplatform::upgrade_schema(sql_);
-    }
-  });
+void VaultConnectionState::open_engine() {
+  engine_ = orvaneplatform::open_engine(location_);
+  version_ = engine_ != nullptr ? orvaneplatform::check_schema(*engine_) : 0;
 }
 
 VaultStatus VaultConnectionState::open() {
   try {
-    open_file(orvaneplatform::vault_file_path());
+    location_ = orvaneplatform::vault_location();
+    open_engine();
     status_ = kVaultOk;
   } catch (const base::Failure& failure) {
     status_ = orvaneplatform::report_failure("init", failure);
@@ -33,33 +33,26 @@ VaultStatus VaultConnectionState::open() {
   return status_;
 }
 
+int VaultConnectionState::version() {
+  if (version_ == 0) {
+    open_engine();  // another process may have created it
+  }
+  return version_;
+}
+
+void VaultConnectionState::prepare_to_write() {
+  if (version_ == orvaneplatform::kSchemaVersion) {
+    return;
+  }
+  if (engine_ == nullptr) {
+    orvaneplatform::create_database(location_);
+    open_engine();
+  }
+  orvaneplatform::upgrade_schema(*engine_, version_);
+  version_ = orvaneplatform::kSchemaVersion;
+}
+
 }  // namespace metadata_vault
-
-namespace orvaneplatform {
-
-using namespace metadata_vault;
-
-VaultStatus report_failure(const char* operation, const base::Failure& failure) {
-  orvane_log_debug("[vaultdb] %s failed with status %d: %s", operation, failure.status(),
-                   failure.what());
-  return static_cast<VaultStatus>(failure.status());
-}
-
-soci::session& require_open(const VaultState& state) {
-  const VaultStatus status = state != nullptr ? state->status() : kVaultNotOpen;
-  if (status != kVaultOk) {
-    throw base::Failure("", "the vault database is not open", status);
-  }
-  return state->sql();
-}
-
-void require_record(long long changed_rows) {
-  if (changed_rows <= 0) {
-    throw base::Failure("", "no such record", kVaultNotFound);
-  }
-}
-
-}  // namespace orvaneplatform
 
 CMetaDataVaultDB::CMetaDataVaultDB() = default;
 CMetaDataVaultDB::~CMetaDataVaultDB() = default;

@@ -10,98 +10,109 @@ using metadata_vault::Channel;
 using metadata_vault::DataSource;
 using metadata_vault::Filter;
 
-// The conditions of a query, and the strings that they compare with.
-class Conditions {
+// A query that is put together condition by condition.
+class Query {
  public:
-  // Adds that `column` equals `value`.
-  Conditions& exactly(const char* column, const std::string& value) {
-    return add(std::string(column) + " = ", value);
+  explicit Query(std::string_view select) : statement_{std::string(select)} {}
+
+  Query& where_equal(const char* column, const std::string& text) {
+    return where(std::string(column) + " = ", text, "");
   }
-  // The same, unless `value` is empty.
-  Conditions& equal(const char* column, const std::string& value) {
-    return value.empty() ? *this : exactly(column, value);
+  Query& where_equal_unless_empty(const char* column, const std::string& text) {
+    return text.empty() ? *this : where_equal(column, text);
   }
-  // Adds that the data source of the row has this name, unless it is empty.
-  Conditions& of_data_source_named(const std::string& vault_name) {
-    if (vault_name.empty()) {
-      return *this;
-    }
-    add("vault_id IN (SELECT vault_id FROM data_source WHERE vault_name = ", vault_name);
-    where_ += ")";
-    return *this;
+  // The rows of the data source with this name, unless it is empty.
+  Query& where_data_source_named(const std::string& vault_name) {
+    return vault_name.empty()
+               ? *this
+               : where("vault_id IN (SELECT vault_id FROM data_source WHERE vault_name = ",
+                       vault_name, ")");
   }
 
-  // Returns the WHERE clause, empty without conditions. Its parameters are bound by bind().
-  std::string where() const { return where_; }
-  void bind(soci::statement& statement) const {
-    for (const std::string* value : values_) {
-      statement.exchange(soci::use(*value));
-    }
+  // Queues the query; `read` makes a record of a row, which is appended to `records`.
+  template <typename Record>
+  void queue(Engine& engine, const char* order, Record (*read)(const Row&),
+             std::vector<Record>& records) {
+    statement_.sql += order;
+    statement_.on_row = [read, &records](const Row& row) { records.push_back(read(row)); };
+    engine.queue(statement_);
   }
 
  private:
-  Conditions& add(const std::string& condition, const std::string& value) {
-    where_ += values_.empty() ? " WHERE " : " AND ";
-    where_ += condition + ":value" + std::to_string(values_.size());
-    values_.push_back(&value);
+  Query& where(const std::string& before, const std::string& text, const char* after) {
+    statement_.sql += statement_.values.empty() ? " WHERE " : " AND ";
+    statement_.values.emplace_back(&text);
+    statement_.sql += before + "$" + std::to_string(statement_.values.size());
+    statement_.sql += after;
     return *this;
   }
 
-  std::string where_;
-  std::vector<const std::string*> values_;
+  Statement statement_;
 };
 
-// Returns the rows of a query as records. The first column is the key; the others are read into
-// `columns`, which are members of `row` or are copied to it by `complete`, called for each row.
-template <typename Record, typename Complete, typename... Columns>
-std::vector<Record> read_rows(soci::session& sql, const std::string& query,
-                              const Conditions& conditions, Record& row, Complete complete,
-                              Columns&... columns) {
-  std::vector<Record> rows;
-  long long key = 0;
-  soci::statement statement(sql);
-  statement.exchange(soci::into(key));
-  (statement.exchange(soci::into(columns)), ...);
-  conditions.bind(statement);
-  statement.alloc();
-  statement.prepare(query);
-  statement.define_and_bind();
-  statement.execute();
-  while (statement.fetch()) {
-    row.record_id = std::to_string(key);
-    complete();
-    rows.push_back(std::move(row));
-  }
-  return rows;
+DataSource read_data_source(const Row& row) {
+  DataSource data_source;
+  data_source.record_id = std::to_string(row.integer(0));
+  data_source.vault_id = row.text(1);
+  data_source.type = row.text(2);
+  data_source.vault_name = row.text(3);
+  data_source.enable = row.integer(4) != 0;
+  data_source.index = static_cast<std::int32_t>(row.integer(5));
+  data_source.description = row.text(6);
+  data_source.last_recv_time = row.integer(7);
+  return data_source;
 }
 
-std::vector<Channel> read_channel_rows(soci::session& sql, const Conditions& conditions) {
-  Channel row;
-  return read_rows(
-      sql,
-      "SELECT record_id, vault_id, channel_index, guid, name FROM channel" + conditions.where() +
-          " ORDER BY vault_id, channel_index, record_id",
-      conditions, row, [] {}, row.vault_id, row.channel_index, row.guid, row.name);
+Channel read_channel(const Row& row) {
+  return {std::to_string(row.integer(0)), row.text(1), static_cast<std::int32_t>(row.integer(2)),
+          row.text(3), row.text(4)};
 }
 
-std::vector<Filter> read_filter_rows(soci::session& sql, const Conditions& conditions) {
-  Filter row;
-  return read_rows(
-      sql,
-      "SELECT record_id, vault_id, type, target, result, name FROM filter" + conditions.where() +
-          " ORDER BY vault_id, record_id",
-      conditions, row, [] {}, row.vault_id, row.type, row.target, row.result, row.name);
+Filter read_filter(const Row& row) {
+  return {std::to_string(row.integer(0)),
+          row.text(1),
+          static_cast<std::int32_t>(row.integer(2)),
+          row.text(3),
+          row.text(4),
+          row.text(5)};
 }
 
-// Moves each row to the list of its data source; rows without a data source are left out.
-template <typename Row>
-void attach_rows(std::vector<Row> rows, std::vector<DataSource>& data_sources,
-                 std::vector<Row> DataSource::*list) {
+void queue_data_sources(Engine& engine, const DataSourceMatch& match,
+                        std::vector<DataSource>& records) {
+  Query(
+      "SELECT record_id, vault_id, type, vault_name, enable, list_index, description,"
+      " last_recv_time FROM data_source")
+      .where_equal_unless_empty("vault_id", match.vault_id)
+      .where_equal_unless_empty("vault_name", match.vault_name)
+      .queue(engine, match.vault_id.empty() ? " ORDER BY list_index, record_id" : "",
+             read_data_source, records);
+}
+
+Query channel_query() {
+  return Query("SELECT record_id, vault_id, channel_index, guid, name FROM channel");
+}
+
+void queue_channels(Engine& engine, Query query, std::vector<Channel>& records) {
+  query.queue(engine, " ORDER BY vault_id, channel_index, record_id", read_channel, records);
+}
+
+Query filter_query() {
+  return Query("SELECT record_id, vault_id, type, target, result, name FROM filter");
+}
+
+void queue_filters(Engine& engine, Query query, std::vector<Filter>& records) {
+  query.queue(engine, " ORDER BY vault_id, record_id", read_filter, records);
+}
+
+// Moves each row to the data source that it belongs to; rows without one are dropped.
+template <typename Record>
+void attach_rows(std::vector<Record> rows, std::vector<DataSource>& data_sources,
+                 std::vector<Record> DataSource::*list) {
   std::unordered_map<std::string_view, DataSource*> by_id;
   for (DataSource& data_source : data_sources) {
     by_id.emplace(data_source.vault_id, &data_source);
   }
-  for (Row& row : rows) {
+  for (Record& row : rows) {
     if (const auto owner = by_id.find(row.vault_id); owner != by_id.end()) {
       (owner->second->*list).push_back(std::move(row));
     }
@@ -110,45 +121,51 @@ void attach_rows(std::vector<Row> rows, std::vector<DataSource>& data_sources,
 
 }  // namespace
 
-std::vector<DataSource> read_data_sources(soci::session& sql, const DataSourceMatch& match) {
-  Conditions conditions;
-  conditions.equal("vault_id", match.vault_id).equal("vault_name", match.vault_name);
-  DataSource row;
-  int enable = 0;
-  long long last_recv_time = 0;
-  const auto complete = [&] {
-    row.enable = enable != 0;
-    row.last_recv_time = last_recv_time;
-  };
-  return read_rows(sql,
-                   "SELECT record_id, vault_id, type, vault_name, enable, list_index, description,"
-                   " last_recv_time FROM data_source" +
-                       conditions.where() +
-                       (match.vault_id.empty() ? " ORDER BY list_index, record_id" : ""),
-                   conditions, row, complete, row.vault_id, row.type, row.vault_name, enable,
-                   row.index, row.description, last_recv_time);
+std::vector<DataSource> read_data_sources(Engine& engine, const DataSourceMatch& match) {
+  std::vector<DataSource> data_sources;
+  queue_data_sources(engine, match, data_sources);
+  engine.flush();
+  return data_sources;
 }
 
-void read_lists(soci::session& sql, const DataSourceMatch& match,
-                std::vector<DataSource>& data_sources) {
-  if (data_sources.empty()) {
-    return;
-  }
-  Conditions conditions;
-  conditions.equal("vault_id", match.vault_id).of_data_source_named(match.vault_name);
-  attach_rows(read_channel_rows(sql, conditions), data_sources, &DataSource::channel_guid_list);
-  attach_rows(read_filter_rows(sql, conditions), data_sources, &DataSource::filter);
+std::vector<DataSource> read_whole_data_sources(Engine& engine, const DataSourceMatch& match) {
+  std::vector<DataSource> data_sources;
+  std::vector<Channel> channels;
+  std::vector<Filter> filters;
+  queue_data_sources(engine, match, data_sources);
+  queue_channels(engine,
+                 channel_query()
+                     .where_equal_unless_empty("vault_id", match.vault_id)
+                     .where_data_source_named(match.vault_name),
+                 channels);
+  queue_filters(engine,
+                filter_query()
+                    .where_equal_unless_empty("vault_id", match.vault_id)
+                    .where_data_source_named(match.vault_name),
+                filters);
+  engine.flush();
+  attach_rows(std::move(channels), data_sources, &DataSource::channel_guid_list);
+  attach_rows(std::move(filters), data_sources, &DataSource::filter);
+  return data_sources;
 }
 
-std::vector<Channel> read_channels(soci::session& sql, const std::string& vault_id,
+std::vector<Channel> read_channels(Engine& engine, const std::string& vault_id,
                                    const std::string& guid) {
-  Conditions conditions;
-  conditions.equal("vault_id", vault_id).equal("guid", guid);
-  return read_channel_rows(sql, conditions);
+  std::vector<Channel> channels;
+  queue_channels(engine,
+                 channel_query()
+                     .where_equal_unless_empty("vault_id", vault_id)
+                     .where_equal_unless_empty("guid", guid),
+                 channels);
+  engine.flush();
+  return channels;
 }
 
-std::vector<Filter> read_filters(soci::session& sql, const std::string& vault_id) {
-  return read_filter_rows(sql, Conditions().exactly("vault_id", vault_id));
+std::vector<Filter> read_filters(Engine& engine, const std::string& vault_id) {
+  std::vector<Filter> filters;
+  queue_filters(engine, filter_query().where_equal("vault_id", vault_id), filters);
+  engine.flush();
+  return filters;
 }
 
 }  // namespace orvaneplatform

@@ -1,28 +1,24 @@
-// Where the vault database and the event database are.
+// Where the vault database is.
 #pragma once
 
 #include <string>
 
 namespace orvaneplatform {
 
-// The event database, in the directory of the vault database, and its other name for a vault
-// database that is itself named kEventFile. Other programs use these names: they must not change.
-inline constexpr char kEventFile[] = "events.db";
-inline constexpr char kOtherEventFile[] = "active_events.db";
+enum class VaultKind { kSqlite, kPostgresql };
 
-// Mode of a new database file: its owner may read and write it.
-inline constexpr unsigned int kDatabaseFileMode = 0600;
+struct VaultLocation {
+  VaultKind kind;
+  std::string name;  // the file's path, or the URI of the server as it was given
+};
 
-// Returns the path of the vault database. Throws base::Failure with kVaultUnsupported when
-// ORVANE_VAULT names a server ("postgresql://..."), which is not built in.
-std::string vault_file_path();
+// Returns the location that a setting names: kDefaultVaultPath (base/fixed_paths.h) when it is
+// empty, a path, "sqlite:///PATH" with an absolute path, or "postgresql://...". Throws
+// base::Failure: kVaultUnsupported for another kind of URI, kVaultUnreachable for a path that ends
+// in "/".
+VaultLocation parse_vault_location(const std::string& setting);
 
-// Returns the path of the event database. When the vault database is on a server, that is
-// kEventFile in the directory of base::kDefaultVaultPath (base/fixed_paths.h).
-std::string event_file_path();
-
-// Creates the database file at `path` (empty, mode kDatabaseFileMode) and its directories when they
-// do not exist, durably. Throws base::Failure with kVaultUnreachable.
-void create_database_file(const std::string& path);
+// Returns the location that the environment variable ORVANE_VAULT names.
+VaultLocation vault_location();
 
 }  // namespace orvaneplatform

@@ -1,61 +1,86 @@
 #include "platform/embedded/vault/vault_schema.h"
 
-#include <string>
+#include <iterator>
 
-#include "platform/embedded/vault/run_statement.h"
-#include "platform/embedded/vault/sqlite/sqlite_engine.h"
+#include "base/failure.h"
 #include "platform/embedded/vault/transaction.h"
 #include "platform/vault_database.h"
 
 namespace orvaneplatform {
 namespace {
 
-// Names of tables and columns are stored in files: they must not change. The column list_index is
-// not named "index" because that is a keyword of SQL. Channels and filters may be stored for a
-// vault_id without a data source.
-void create_version_1(soci::session& sql) {
-  const std::string key = std::string("record_id ") + sqlite_engine::kKeyColumn;
-  run_statement(
-      sql, "CREATE TABLE data_source (" + key +
-               ", vault_id TEXT NOT NULL UNIQUE, type TEXT NOT NULL, vault_name TEXT NOT NULL,"
-               " enable INTEGER NOT NULL, list_index INTEGER NOT NULL, description TEXT NOT NULL,"
-               " last_recv_time BIGINT NOT NULL)");
-  run_statement(sql,
-                "CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
-                " WHERE list_index >= 0");
-  run_statement(sql, sqlite_engine::data_source_limit(metadata_vault::kMaxDataSources));
-  run_statement(sql,
-                "CREATE TABLE channel (" + key +
-                    ", vault_id TEXT NOT NULL, channel_index INTEGER NOT NULL, guid TEXT NOT NULL,"
-                    " name TEXT NOT NULL)");
-  run_statement(sql,
-                "CREATE INDEX channel_by_vault ON channel (vault_id, channel_index, record_id)");
-  run_statement(sql, "CREATE INDEX channel_by_guid ON channel (guid)");
-  run_statement(sql, "CREATE TABLE filter (" + key +
-                         ", vault_id TEXT NOT NULL, type INTEGER NOT NULL, target TEXT NOT NULL,"
-                         " result TEXT NOT NULL, name TEXT NOT NULL)");
-  run_statement(sql, "CREATE INDEX filter_by_vault ON filter (vault_id, record_id)");
-  run_statement(
-      sql,
+using Statements = std::vector<std::string>;
+
+// Names of tables and columns are stored: they must not change, and neither may a statement of a
+// version that was released, since stored schemas are compared with them. "index" is a keyword of
+// SQL, hence list_index. Channels and filters may be stored for a vault_id without a data source.
+Statements version_1(const Dialect& dialect) {
+  const std::string key = "record_id " + std::string(dialect.key_column);
+  return {
+      "CREATE TABLE data_source (" + key +
+          ", vault_id TEXT NOT NULL UNIQUE, type TEXT NOT NULL, vault_name TEXT NOT NULL,"
+          " enable INTEGER NOT NULL, list_index INTEGER NOT NULL, description TEXT NOT NULL,"
+          " last_recv_time BIGINT NOT NULL)",
+      "CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
+      " WHERE list_index >= 0",
+      dialect.data_source_limit(metadata_vault::kMaxDataSources),
+      "CREATE TABLE channel (" + key +
+          ", vault_id TEXT NOT NULL, channel_index INTEGER NOT NULL, guid TEXT NOT NULL,"
+          " name TEXT NOT NULL)",
+      "CREATE INDEX channel_by_vault ON channel (vault_id, channel_index, record_id)",
+      "CREATE INDEX channel_by_guid ON channel (guid)",
+      "CREATE TABLE filter (" + key +
+          ", vault_id TEXT NOT NULL, type INTEGER NOT NULL, target TEXT NOT NULL,"
+          " result TEXT NOT NULL, name TEXT NOT NULL)",
+      "CREATE INDEX filter_by_vault ON filter (vault_id, record_id)",
       "CREATE TABLE metadata (" + key +
-          ", metadata_id TEXT NOT NULL UNIQUE, vault_id TEXT NOT NULL, content TEXT NOT NULL)");
+          ", metadata_id TEXT NOT NULL UNIQUE, vault_id TEXT NOT NULL, content TEXT NOT NULL)",
+  };
 }
 
-// Step i upgrades version i to version i + 1.
-constexpr void (*kSteps[])(soci::session&) = {create_version_1};
+Statements version_2(const Dialect& /*dialect*/) {
+  return {"CREATE TABLE active_event (event_id TEXT NOT NULL PRIMARY KEY)"};
+}
+
+// Step i brings version i to version i + 1.
+constexpr Statements (*kSteps[])(const Dialect&) = {version_1, version_2};
 static_assert(std::size(kSteps) == kSchemaVersion);
+
+Statements schema_of(int version, const Dialect& dialect) {
+  Statements schema;
+  for (int step = 0; step < version; ++step) {
+    Statements made = kSteps[step](dialect);
+    schema.insert(schema.end(), std::make_move_iterator(made.begin()),
+                  std::make_move_iterator(made.end()));
+  }
+  return schema;
+}
 
 }  // namespace
 
-void upgrade_schema(soci::session& sql) {
-  if (sqlite_engine::schema_version(sql) == 0) {
-    sqlite_engine::prepare_empty(sql);
+int check_schema(Engine& engine) {
+  const int version = engine.schema_version();
+  if (version > kSchemaVersion) {
+    throw base::Failure(engine.name(), "schema version " + std::to_string(version) + " is newer",
+                        metadata_vault::kVaultNewerSchema);
   }
-  WriteTransaction transaction(sql);
-  // Read again under the lock: another process may have upgraded the schema meanwhile.
-  for (int version = sqlite_engine::schema_version(sql); version < kSchemaVersion; ++version) {
-    kSteps[version](sql);
-    sqlite_engine::set_schema_version(sql, version + 1);
+  if (version > 0) {
+    engine.require_schema(schema_of(version, engine.dialect()));
+  }
+  return version;
+}
+
+void upgrade_schema(Engine& engine, int version) {
+  if (version == 0) {
+    engine.prepare_empty();
+  }
+  WriteTransaction transaction(engine);
+  // Another process may have upgraded it before this one had the lock.
+  for (version = engine.schema_version(); version < kSchemaVersion; ++version) {
+    for (const std::string& statement : kSteps[version](engine.dialect())) {
+      engine.queue({statement});
+    }
+    engine.set_schema_version(version + 1);
   }
   transaction.commit();
 }

@@ -1,228 +1,259 @@
 #include "platform/embedded/vault/sqlite/sqlite_engine.h"
 
-#include <soci/sqlite3/soci-sqlite3.h>
+#include <sqlite3.h>
 
-#include <cerrno>
-#include <chrono>
-#include <string_view>
+#include <algorithm>
+#include <cstring>
 #include <thread>
 
-#include "platform/embedded/vault/run_statement.h"
+#include "base/failure.h"
+#include "platform/embedded/vault/sqlite/sqlite_errors.h"
 #include "platform/vault_database.h"
 
-namespace orvaneplatform::sqlite_engine {
+namespace orvaneplatform {
 namespace {
 
-using namespace metadata_vault;
+using std::chrono::steady_clock;
 
 // Stored in the file's header: "ORVN", and "ORV" with the schema version in the last byte, so that
-// one number identifies the file and its version. They must not change.
+// one look shows whose file it is and which version. Must not change.
 constexpr int kApplicationId = 0x4F52564E;
 constexpr int kVersionMark = 0x4F525600;
 constexpr int kVersionMask = 0xFF;
-constexpr auto kPause = std::chrono::milliseconds(kLockPauseMs);
-constexpr auto kLockWait = std::chrono::milliseconds(metadata_vault::kLockWaitMs);
-// Raised by the trigger below and recognised by constraint_status. Stored in files.
-constexpr char kFullMessage[] = "the vault list is full";
 
-sqlite_api::sqlite3* handle_of(soci::session& sql) {
-  auto* backend = static_cast<soci::sqlite3_session_backend*>(sql.get_backend());
-  return backend != nullptr ? backend->conn_ : nullptr;
+std::string data_source_limit(int data_sources) {
+  return "CREATE TRIGGER data_source_limit BEFORE INSERT ON data_source "
+         "WHEN (SELECT count(*) FROM data_source) >= " +
+         std::to_string(data_sources) + " BEGIN SELECT RAISE(ABORT, '" + kVaultFullMessage +
+         "'); END";
 }
 
-int int_pragma(soci::session& sql, const char* name) {
-  int value = 0;
-  run_statement(sql, std::string("PRAGMA ") + name, soci::into(value));
-  return value;
-}
-
-// Returns 0 when it is not a vault database. Version and tables are stored in one transaction.
-int vault_version(soci::session& sql) {
-  const int marked = int_pragma(sql, "user_version");
-  return (marked & ~kVersionMask) == kVersionMark ? marked & kVersionMask : 0;
-}
-
-bool is_empty(soci::session& sql) {
-  int tables = 0;
-  run_statement(sql, "SELECT count(*) FROM sqlite_master", soci::into(tables));
-  return tables == 0 && int_pragma(sql, "user_version") == 0 &&
-         int_pragma(sql, "application_id") == 0;
-}
-
-// SOCI accepts a path, unless it contains "=": then it expects "key=value" pairs, whose values may
-// be between quotation marks.
-std::string connection_string(const std::string& path) {
-  if (path.find('=') == std::string::npos) {
-    return path;
+class SqliteRow : public Row {
+ public:
+  explicit SqliteRow(SQLite::Statement& statement) : statement_(statement) {}
+  std::int64_t integer(int column) const override {
+    return statement_.getColumn(column).getInt64();
   }
-  if (path.find('"') != std::string::npos) {
-    throw soci::sqlite3_soci_error("a file name with both \"=\" and a quotation mark",
-                                   SQLITE_CANTOPEN);
-  }
-  return "dbname=\"" + path + '"';
-}
+  std::string text(int column) const override { return statement_.getColumn(column).getString(); }
 
-// By default the last connection that closes moves the contents of the write-ahead log into the
-// database and removes the log, and the next one creates it again, which is a third of the cost of
-// a short call. Here the log's file is kept, and only a connection that has written empties it.
-void keep_write_ahead_log(soci::session& sql) {
-  int enabled = 1;
-  sqlite_api::sqlite3_file_control(handle_of(sql), "main", SQLITE_FCNTL_PERSIST_WAL, &enabled);
-}
+ private:
+  SQLite::Statement& statement_;
+};
 
-void empty_log_on_close(soci::session& sql, bool is_emptied) {
-  sqlite_api::sqlite3_db_config(handle_of(sql), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
-                                is_emptied ? 0 : 1, nullptr);
-}
+// Ends the run of a statement, whatever came of it.
+class Reset {
+ public:
+  explicit Reset(SQLite::Statement& statement) : statement_(statement) {}
+  ~Reset() { statement_.tryReset(); }
+  Reset(const Reset&) = delete;
+  Reset& operator=(const Reset&) = delete;
 
-// A vault database has no views; a view in an untrusted file may run for ever.
-void refuse_views(soci::session& sql) {
-  sqlite_api::sqlite3_db_config(handle_of(sql), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-}
+ private:
+  SQLite::Statement& statement_;
+};
 
-VaultStatus constraint_status(std::string_view message) {
-  if (message.find(kFullMessage) != std::string_view::npos) {
-    return kVaultFull;
-  }
-  return message.find("list_index") != std::string_view::npos ? kVaultIndexTaken : kVaultIdTaken;
-}
-
-// Returns the errno of the last failure. That of a commit is kept with the file of the log, any
-// other one with the connection.
-int last_errno(sqlite_api::sqlite3* handle) {
-  if (handle == nullptr) {
-    return 0;
-  }
-  sqlite_api::sqlite3_file* log = nullptr;
-  int error = 0;
-  sqlite_api::sqlite3_file_control(handle, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log);
-  if (log != nullptr && log->pMethods != nullptr) {
-    log->pMethods->xFileControl(log, SQLITE_FCNTL_LAST_ERRNO, &error);
-  }
-  return error != 0 ? error : sqlite_api::sqlite3_system_errno(handle);
-}
-
-VaultStatus io_status(sqlite_api::sqlite3* handle) {
-  switch (last_errno(handle)) {
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return kVaultNoSpace;
-    case EROFS:
-      return kVaultReadOnly;
-    default:
-      return kVaultFailed;
+void bind_values(SQLite::Statement& prepared, const std::vector<Value>& values) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const int index = static_cast<int>(i) + 1;
+    if (const auto* number = std::get_if<std::int64_t>(&values[i])) {
+      prepared.bind(index, *number);
+    } else {
+      prepared.bindNoCopy(index, *std::get<const std::string*>(values[i]));
+    }
   }
 }
 
-// Called by SQLite when another connection holds a lock; `pauses` counts the earlier calls for this
-// lock. Returns 0 to give up.
-int pause_or_give_up(void* lock_wait, int pauses) {
-  auto& deadline = static_cast<LockWait*>(lock_wait)->deadline;
-  const auto now = std::chrono::steady_clock::now();
-  if (pauses == 0) {
-    deadline = now + kLockWait;
-  }
-  if (now >= deadline) {
-    return 0;
-  }
-  std::this_thread::sleep_for(kPause);
-  return 1;
-}
-
-VaultStatus status_of(soci::session& sql, const soci::soci_error& error) {
-  const auto* sqlite_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
-  switch (sqlite_error != nullptr ? sqlite_error->result() : SQLITE_ERROR) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-      return kVaultBusy;
-    case SQLITE_CONSTRAINT:
-      return constraint_status(error.get_error_message());
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-      return kVaultReadOnly;
-    case SQLITE_FULL:
-      return kVaultNoSpace;
-    case SQLITE_IOERR:
-      return io_status(handle_of(sql));
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-      return kVaultDamaged;
-    case SQLITE_CANTOPEN:
-      return kVaultUnreachable;
-    default:
-      return kVaultFailed;
+SQLite::Database open_database(const std::string& path) {
+  try {
+    return {path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX};
+  } catch (const SQLite::Exception& error) {
+    throw failure_of(error, nullptr, path);
   }
 }
 
-bool is_busy(const soci::soci_error& error) {
-  const auto* sqlite_error = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
-  return sqlite_error != nullptr && sqlite_error->result() == SQLITE_BUSY;
+// What SQLite creates by itself for key columns, and when an administrator runs ANALYZE.
+bool is_of_sqlite(const std::string& sql) {
+  return sql == "CREATE TABLE sqlite_sequence(name,seq)" ||
+         sql.starts_with("CREATE TABLE sqlite_stat");
 }
 
 }  // namespace
 
-const char kKeyColumn[] = "INTEGER PRIMARY KEY AUTOINCREMENT";
-
-void open(soci::session& sql, const std::string& path, LockWait& wait) {
-  sql.open(soci::sqlite3, connection_string(path));
-  sqlite_api::sqlite3_busy_handler(handle_of(sql), pause_or_give_up, &wait);
-  keep_write_ahead_log(sql);
-  empty_log_on_close(sql, false);
-  refuse_views(sql);
+template <typename Work>
+auto SqliteEngine::guarded(Work work) {
+  try {
+    return work();
+  } catch (const SQLite::Exception& error) {
+    throw failure_of(error, database_.getHandle(), name_);
+  }
 }
 
-int schema_version(soci::session& sql) {
-  int version = vault_version(sql);
-  if (version <= 0 && !is_empty(sql)) {
-    // Another process may have stored the first schema between the two queries.
-    version = vault_version(sql);
-    if (version <= 0) {
-      throw soci::sqlite3_soci_error("a database, but not a vault database", SQLITE_NOTADB);
+SqliteEngine::SqliteEngine(const std::string& path) : name_(path), database_(open_database(path)) {
+  configure();
+}
+
+// By default the connection that closes last moves the content of the write-ahead log into the
+// database and removes the log, and the next one creates it again: a third of the cost of a short
+// call. Here the log file stays, and only a connection that has written empties it.
+//
+// The rest is for files that are not trusted: no view, no function of the schema that has side
+// effects, no write to SQLite's own tables, no text that exhausts the memory.
+void SqliteEngine::configure() {
+  sqlite3* const handle = database_.getHandle();
+  int enabled = 1;
+  sqlite3_busy_handler(handle, wait_for_lock, this);
+  sqlite3_file_control(handle, "main", SQLITE_FCNTL_PERSIST_WAL, &enabled);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kMaxVaultTextBytes);
+}
+
+// Called when another connection holds the lock, after `waits` waits for the same lock. 0 gives up.
+int SqliteEngine::wait_for_lock(void* engine, int waits) {
+  auto& deadline = static_cast<SqliteEngine*>(engine)->lock_deadline_;
+  const auto now = steady_clock::now();
+  if (waits == 0) {
+    deadline = now + std::chrono::milliseconds(metadata_vault::kLockWaitMs);
+  }
+  if (now >= deadline) {
+    return 0;
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(kLockPauseMs));
+  return 1;
+}
+
+const Dialect& SqliteEngine::dialect() const {
+  static constexpr Dialect kDialect = {"INTEGER PRIMARY KEY AUTOINCREMENT", data_source_limit};
+  return kDialect;
+}
+
+SQLite::Statement& SqliteEngine::prepared(const std::string& sql) {
+  const auto found = prepared_.find(sql);
+  return found != prepared_.end() ? found->second
+                                  : prepared_.try_emplace(sql, database_, sql).first->second;
+}
+
+void SqliteEngine::execute(const char* sql) {
+  guarded([&] { database_.exec(sql); });
+}
+
+int SqliteEngine::integer_pragma(const char* name) {
+  return guarded([&] { return database_.execAndGet(std::string("PRAGMA ") + name).getInt(); });
+}
+
+// 0 when it is not a vault database. Version and tables are stored in one transaction.
+int SqliteEngine::vault_version() {
+  const int marked = integer_pragma("user_version");
+  return (marked & ~kVersionMask) == kVersionMark ? marked & kVersionMask : 0;
+}
+
+bool SqliteEngine::is_empty() {
+  const int tables =
+      guarded([&] { return database_.execAndGet("SELECT count(*) FROM sqlite_master").getInt(); });
+  return tables == 0 && integer_pragma("user_version") == 0 &&
+         integer_pragma("application_id") == 0;
+}
+
+int SqliteEngine::schema_version() {
+  int version = vault_version();
+  if (version == 0 && !is_empty()) {
+    // Another process may have stored the first schema between the two looks.
+    version = vault_version();
+    if (version == 0) {
+      throw base::Failure(name_, "a database, but not a vault database",
+                          metadata_vault::kVaultDamaged);
     }
   }
   return version;
 }
 
-void prepare_empty(soci::session& sql) {
-  // This PRAGMA needs the file for itself alone, and it does not call the busy handler.
-  const auto deadline = std::chrono::steady_clock::now() + kLockWait;
-  for (;;) {
-    try {
-      std::string mode;
-      run_statement(sql, "PRAGMA journal_mode = WAL", soci::into(mode));
-      return;
-    } catch (const soci::soci_error& error) {
-      if (!is_busy(error) || std::chrono::steady_clock::now() >= deadline) {
-        throw;
+// SQLite stores the text of each statement as it was given. The entries without a text are its
+// own indexes of unique columns.
+void SqliteEngine::require_schema(std::span<const std::string> statements) {
+  const auto fail = [this](const std::string& entry) {
+    throw base::Failure(name_, "its schema is not that of a vault: " + entry,
+                        metadata_vault::kVaultDamaged);
+  };
+  std::size_t found = 0;
+  guarded([&] {
+    SQLite::Statement& entries =
+        prepared("SELECT name, sql FROM sqlite_master WHERE sql IS NOT NULL OR type <> 'index'");
+    const Reset reset(entries);
+    while (entries.executeStep()) {
+      const std::string name = entries.getColumn(0).getString();
+      const std::string sql = entries.getColumn(1).getString();
+      const bool is_ours = std::find(statements.begin(), statements.end(), sql) != statements.end();
+      found += is_ours ? 1 : 0;
+      if (!is_ours && !is_of_sqlite(sql)) {
+        fail(name);
       }
     }
-    std::this_thread::sleep_for(kPause);
+  });
+  if (found != statements.size()) {
+    fail("a part is missing");
   }
 }
 
-void set_schema_version(soci::session& sql, int version) {
-  run_statement(sql, "PRAGMA application_id = " + std::to_string(kApplicationId));
-  run_statement(sql, "PRAGMA user_version = " + std::to_string(kVersionMark + version));
+void SqliteEngine::prepare_empty() {
+  // The change of the journal needs the file alone and does not wait for it by itself.
+  const auto deadline =
+      steady_clock::now() + std::chrono::milliseconds(metadata_vault::kLockWaitMs);
+  for (;;) {
+    try {
+      execute("PRAGMA journal_mode = WAL");
+      return;
+    } catch (const base::Failure& failure) {
+      if (failure.status() != metadata_vault::kVaultBusy || steady_clock::now() >= deadline) {
+        throw;
+      }
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(kLockPauseMs));
+  }
 }
 
-void begin_write(soci::session& sql) {
-  run_statement(sql, "PRAGMA synchronous = FULL");
-  run_statement(sql, "PRAGMA journal_size_limit = 0");  // the size of an emptied log
-  empty_log_on_close(sql, true);
-  run_statement(sql, "BEGIN IMMEDIATE");
+void SqliteEngine::begin_read() { execute("BEGIN"); }
+
+// Once a connection: a commit is synced, and the connection empties the log when it closes last.
+void SqliteEngine::prepare_to_write() {
+  if (!is_ready_to_write_) {
+    execute("PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 0");
+    sqlite3_db_config(database_.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+    is_ready_to_write_ = true;
+  }
 }
 
-std::string data_source_limit(int limit) {
-  return "CREATE TRIGGER data_source_limit BEFORE INSERT ON data_source "
-         "WHEN (SELECT count(*) FROM data_source) >= " +
-         std::to_string(limit) + " BEGIN SELECT RAISE(ABORT, '" + kFullMessage + "'); END";
+void SqliteEngine::begin_write() {
+  prepare_to_write();
+  execute("BEGIN IMMEDIATE");
 }
 
-base::Failure failure_of(soci::session& sql, const std::string& path,
-                         const soci::soci_error& error) {
-  return {path, error.get_error_message(), status_of(sql, error)};
+void SqliteEngine::queue(const orvaneplatform::Statement& statement) {
+  guarded([&] {
+    SQLite::Statement& running = prepared(statement.sql);
+    const Reset reset(running);
+    bind_values(running, statement.values);
+    const SqliteRow row(running);
+    while (running.executeStep()) {
+      if (statement.on_row) {
+        statement.on_row(row);
+      }
+    }
+    if (statement.changed_rows != nullptr) {
+      *statement.changed_rows = database_.getChanges();
+    }
+  });
 }
 
-}  // namespace orvaneplatform::sqlite_engine
+void SqliteEngine::set_schema_version(int version) {
+  execute(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
+  execute(("PRAGMA user_version = " + std::to_string(kVersionMark + version)).c_str());
+}
+
+void SqliteEngine::commit() { execute("COMMIT"); }
+
+// SQLite has rolled back by itself after some errors.
+void SqliteEngine::roll_back() noexcept { database_.tryExec("ROLLBACK"); }
+
+}  // namespace orvaneplatform

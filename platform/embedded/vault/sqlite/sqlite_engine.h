@@ -1,61 +1,59 @@
-// SQLite as the engine of the vault database: everything that differs from another SQL engine.
+// SQLite under the vault database.
 #pragma once
 
-#include <soci/soci.h>
+#include <SQLiteCpp/SQLiteCpp.h>
 
 #include <chrono>
 #include <string>
+#include <unordered_map>
 
-#include "base/failure.h"
-#include "platform/vault_status.h"
+#include "platform/embedded/vault/engine.h"
 
-namespace orvaneplatform::sqlite_engine {
+namespace orvaneplatform {
 
 // The pause between two attempts to take a lock. The wait that SQLite offers pauses for up to 100
 // ms and so hardly ever meets the moment between two changes of a writer that makes many.
 inline constexpr int kLockPauseMs = 2;
 
-// The state of a connection's wait for the lock of another connection, at most kLockWaitMs
-// (platform/vault_database.h).
-struct LockWait {
-  std::chrono::steady_clock::time_point deadline;
+// The longest text or statement: an operation that meets a longer one fails with kVaultFailed.
+inline constexpr int kMaxVaultTextBytes = 64 << 20;
+
+class SqliteEngine : public Engine {
+ public:
+  // Opens the file at `path`, which must exist. Throws base::Failure.
+  explicit SqliteEngine(const std::string& path);
+
+  const Dialect& dialect() const override;
+  const std::string& name() const override { return name_; }
+  int schema_version() override;
+  void require_schema(std::span<const std::string> statements) override;
+  void prepare_empty() override;
+  void begin_read() override;
+  void begin_write() override;
+  void queue(const orvaneplatform::Statement& statement) override;
+  void flush() override {}
+  void set_schema_version(int version) override;
+  void commit() override;
+  void roll_back() noexcept override;
+
+ private:
+  static int wait_for_lock(void* engine, int waits);
+
+  template <typename Work>
+  auto guarded(Work work);
+  SQLite::Statement& prepared(const std::string& sql);
+  void execute(const char* sql);
+  int integer_pragma(const char* name);
+  int vault_version();
+  bool is_empty();
+  void configure();
+  void prepare_to_write();
+
+  std::string name_;
+  SQLite::Database database_;
+  std::unordered_map<std::string, SQLite::Statement> prepared_;
+  std::chrono::steady_clock::time_point lock_deadline_;
+  bool is_ready_to_write_ = false;
 };
 
-// Opens the file, which must exist. `wait` must live as long as the session.
-void open(soci::session& sql, const std::string& path, LockWait& wait);
-
-// Returns the version of the stored schema; 0 for an empty database. Throws when the file is not a
-// vault database.
-int schema_version(soci::session& sql);
-
-// Prepares an empty database for its first schema: from now on it has a write-ahead log. Call it
-// before begin_write.
-void prepare_empty(soci::session& sql);
-
-void set_schema_version(soci::session& sql, int version);
-
-// Begins a transaction that takes the write lock at once and whose commit is durable.
-void begin_write(soci::session& sql);
-
-// The column type of a key that the database assigns.
-extern const char kKeyColumn[];
-
-// Returns the statement that makes the database itself refuse more than `limit` data sources.
-std::string data_source_limit(int limit);
-
-// Returns the status and the message of the error that an operation on `sql` has just thrown.
-// `path`: the file, or empty.
-base::Failure failure_of(soci::session& sql, const std::string& path,
-                         const soci::soci_error& error);
-
-// Calls `work`, which uses `sql`, and throws base::Failure in place of SOCI's exceptions.
-template <typename Work>
-void throw_failures(soci::session& sql, const std::string& path, Work work) {
-  try {
-    work();
-  } catch (const soci::soci_error& error) {
-    throw failure_of(sql, path, error);
-  }
-}
-
-}  // namespace orvaneplatform::sqlite_engine
+}  // namespace orvaneplatform
