@@ -38,8 +38,8 @@ int open_destination() {
 
 // Opened by the first message of the process.
 int destination() {
-  static const int opened = open_destination();
-  return opened;
+  static const int kDestination = open_destination();
+  return kDestination;
 }
 
 void write_line(int target, std::string line) {
