@@ -52,10 +52,9 @@ class NewFile {
   }
 
   // Other users may not read it, whatever the umask.
-  void set_private() {
-    require(fchmod(file_.get(), 0600) == 0);
-    inherit_owner(name_);
-  }
+  void set_private() { require(fchmod(file_.get(), 0600) == 0); }
+
+  void set_owner() { inherit_owner(file_.get(), name_); }
 
   void write(std::string_view bytes) {
     while (!bytes.empty()) {
@@ -74,7 +73,11 @@ class NewFile {
 
   // Returns false when the file at `path` exists.
   bool create() {
-    const bool created = link(name_.c_str(), path_.c_str()) == 0;
+    bool created = link(name_.c_str(), path_.c_str()) == 0;
+    if (!created && errno == EPERM) {  // a file system without hard links
+      created = has_replaced_ =
+          renameat2(AT_FDCWD, name_.c_str(), AT_FDCWD, path_.c_str(), RENAME_NOREPLACE) == 0;
+    }
     require(created || errno == EEXIST);
     if (created) {
       sync_directory(directory_);
@@ -107,6 +110,7 @@ void replace_file(const std::string& path, std::string_view bytes, const struct 
 
 void write_file(const std::string& path, std::string_view bytes) {
   NewFile file(path, open_unique);
+  file.set_private();
   file.write(bytes);
   file.replace();
 }
@@ -114,6 +118,7 @@ void write_file(const std::string& path, std::string_view bytes) {
 bool create_file(const std::string& path, std::string_view bytes) {
   NewFile file(path, open_unique);
   file.set_private();
+  file.set_owner();
   file.write(bytes);
   return file.create();
 }

@@ -17,8 +17,9 @@ namespace base {
 // existing PATH.saving was left by a writer that was killed; it is removed.
 void replace_file(const std::string& path, std::string_view bytes, const struct stat& old);
 
-// Creates or replaces the file at `path`; the new file has mode 0600. Several writers need no lock,
-// because each new file has a unique name until it is renamed: the last writer wins.
+// Creates or replaces the file at `path`; the new file has mode 0600 whatever the umask. Several
+// writers need no lock, because each new file has a unique name until it is renamed: the last
+// writer wins.
 void write_file(const std::string& path, std::string_view bytes);
 
 // Creates the file at `path` with mode 0600 whatever the umask, and with the owner that

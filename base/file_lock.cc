@@ -25,7 +25,7 @@ FileDescriptor open_lock_file(const std::string& name, const struct stat& like) 
   if (!created.is_open()) {
     return errno == EEXIST ? FileDescriptor(open(name.c_str(), kOpenFlags)) : std::move(created);
   }
-  // Whoever may change the file must be able to lock it; a failure here affects only others.
+  // Every user who may change the file must be able to lock it; a failure affects only others.
   [[maybe_unused]] const int owner = fchown(created.get(), like.st_uid, like.st_gid);
   [[maybe_unused]] const int mode = fchmod(created.get(), permissions);
   return created;

@@ -22,8 +22,8 @@ set(ORVANEIP_FORTIFY none)  # needs optimisation, which the instrumented builds 
 # A sanitizer's runtime resolves its symbols at load time, so -z defs is for plain builds only.
 add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)
 if(ORVANEIP_INSTRUMENT STREQUAL "coverage")
-  # Clang's: a branch is a condition of the source. The counters stand in mapped files, so that what
-  # a killed process did counts as well.
+  # Clang's: a branch is a condition of the source. The counters are in mapped files, so those of
+  # a killed process are kept.
   add_compile_options(-fprofile-instr-generate -fcoverage-mapping -fprofile-update=atomic
                       "SHELL:-mllvm -runtime-counter-relocation")
   add_link_options(-fprofile-instr-generate)

@@ -1,4 +1,4 @@
-# The libraries that the build stands on: Debian 12 packages, listed in ./dev.
+# The libraries that the build needs: Debian 12 packages, listed in ./dev.
 find_package(PkgConfig REQUIRED)
 find_package(json-c REQUIRED)
 find_package(pugixml REQUIRED)

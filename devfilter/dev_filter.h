@@ -11,7 +11,7 @@
 inline constexpr std::size_t kFilterNameBytes = 256;
 inline constexpr std::size_t kFilterDeviceIdBytes = 256;
 
-// One named filter. A value that owns its rules: a copy copies every rule, a move hands them over.
+// One named filter. A value that owns its rules: a copy copies every rule, a move transfers them.
 // The default constructor leaves `name` and `enable` unset; `filter made{};` zeroes them.
 struct filter {
   char name[kFilterNameBytes];

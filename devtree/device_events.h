@@ -18,6 +18,6 @@ inline constexpr std::size_t kEventIdBytes = 128;
 // list order, also after a failure.
 //
 // `event_tree` is an open handle of platform/config_tree.h, which is only read. Returns true when
-// each event was removed or there was none; false when a removal failed (logged) or an argument is
-// null.
+// each event was removed or no event was active; false when a removal failed (logged) or an
+// argument is null.
 ORVANEIP_API bool remove_event_in_table(void* event_tree, char* device);

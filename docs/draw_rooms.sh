@@ -13,7 +13,7 @@ edges() {
   pattern=$(rooms | sort -r | paste -sd '|')
   for room in $(rooms); do
     mapfile -t sources < <(find "$room" -name '*.h' -o -name '*.cc')
-    # platform/embedded is a room of its own.
+    # The rooms of platform/embedded are rooms of their own.
     [ "$room" != platform ] || mapfile -t sources < <(find platform -maxdepth 1 -name '*.h')
     grep -hoP '^#include "\K[^"]+' "${sources[@]}" |
       sed -nE "s#^($pattern)/.*#$room \\1#p; s#^orvaneip\\.h\$#$room orvaneip.h#p" || true
@@ -30,7 +30,9 @@ digraph rooms {
   edge [color="#7f8fa6", arrowsize=0.6]
   "orvaneip.h" [fillcolor="#fdf3dc", color="#b98a2c"]
   "platform" [label="platform\n(contracts)", fillcolor="#fdf3dc", color="#b98a2c"]
-  "platform/embedded" [fillcolor="#e7f4e8", color="#5c9161"]
+  "platform/embedded/log", "platform/embedded/command", "platform/embedded/host",
+  "platform/embedded/tree", "platform/embedded/vault", "platform/embedded/event"
+    [fillcolor="#e7f4e8", color="#5c9161"]
   "base" [fillcolor="#f2f2f2", color="#808080"]
 DOT
   edges | sed -E 's/(.*) (.*)/  "\1" -> "\2"/'

@@ -31,8 +31,9 @@ struct FoundFrame {
 //
 // `payload_max`: the longest payload in bytes that the stream can contain, kFramePayloadMax at
 // most.
-//   A longer length is rejected at once, and a caller never keeps more than payload_max + 7 bytes.
-//   A damaged length below it is rejected when that many bytes have arrived, so keep it small.
+//   A longer length is rejected at once, and a caller never keeps more than payload_max +
+//   kFrameOverheadBytes bytes. A damaged length below it is rejected when that many bytes have
+//   arrived, so keep it small.
 // `stream_ended`: no more bytes will arrive, or the line has been silent for too long. A possible
 //   frame is rejected then.
 //

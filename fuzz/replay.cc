@@ -1,4 +1,4 @@
-// Stands in for libFuzzer where the compiler brings none: runs a fuzzer's function on inputs that
+// Replaces libFuzzer for compilers that do not have it: runs a fuzzer's function on inputs that
 // exist already. Arguments: files, and directories of files. Nothing is written.
 #include <unistd.h>
 

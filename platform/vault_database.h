@@ -41,12 +41,12 @@ namespace metadata_vault {
 
 // One text-filter rule of a data source.
 struct Filter {
-  std::string record_id;   // the database's key of the stored record
-  std::string vault_id;    // the data source that has the filter
-  std::int32_t type = -1;  // kind of rule; -1: no type
-  std::string target;      // the text to find
-  std::string result;      // the text that replaces it
-  std::string name;        // for people
+  std::string record_id;              // the database's key of the stored record
+  std::string vault_id;               // the data source that has the filter
+  std::int32_t type = kNoFilterType;  // kind of rule
+  std::string target;                 // the text to find
+  std::string result;                 // the text that replaces it
+  std::string name;                   // for people
 };
 
 // One camera channel of a data source.
@@ -63,10 +63,10 @@ struct DataSource {
   std::string record_id;  // the database's key; the library neither sets nor reads it
   std::string vault_id;   // unique
   std::string type;
-  std::string vault_name;  // up to 64 bytes reach every caller whole
+  std::string vault_name;  // up to kVaultNameBytes - 1 bytes reach every caller whole
   bool enable = true;
   std::int32_t index = -1;          // position in the vault list; unique when not negative
-  std::string description;          // up to 512 bytes reach every caller whole
+  std::string description;          // up to kDescriptionBytes - 1 bytes reach every caller whole
   std::int64_t last_recv_time = 0;  // milliseconds since 1970 (UTC); 0: nothing received
   std::vector<Filter> filter;
   std::vector<Channel> channel_guid_list;

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr std::int32_t kNoType = -1;
-
 void fill_text(char (&field)[kRuleTextBytes], const std::string& text) {
   std::memcpy(field, text.c_str(), strnlen(text.c_str(), kRuleTextBytes - 1));
 }
@@ -33,7 +31,7 @@ int get_rule_list(char* vault_id, std::vector<rule>& rules) {
   std::vector<metadata_vault::Filter> filters;
   vault->query_filter(vault_id, filters);
   for (const metadata_vault::Filter& filter : filters) {
-    if (filter.type == kNoType) {
+    if (filter.type == metadata_vault::kNoFilterType) {
       orvane_log_debug("[libzelip](%s:%d) Get rule type failed", __func__, __LINE__);
       return kDevcfgRuleTypeMissing;
     }

@@ -41,7 +41,7 @@ enum FilterOutcome : int {
   kFilterFinished = 0,   // every rule was applied
   kFilterPassLimit = 1,  // every rule was applied, in more than kMaxFilterPasses passes:
                          // occurrences may be left
-  kFilterCapacity = 2,  // the next replacement would have exceeded the capacity: the call ended
+  kFilterCapacity = 2,   // the next replacement would have exceeded the capacity: the call ended
   kFilterRefused = 3,   // the text is null, or not terminated within the capacity: nothing was done
   kFilterNoMemory = 4,  // no memory for the copy of a rule: neither it nor a later one was applied
 };

@@ -5,7 +5,7 @@
 #include "platform/export.h"
 
 // Removes the channels of a camera that is gone. An empty `guid` removes the channels whose guid is
-// empty, a null one none. Returns 0, also when no channel carries `guid`.
+// empty, a null one removes nothing. Returns 0, also when no channel carries `guid`.
 ORVANEIP_API int notify_camera_removed(char* guid);
 
 // Gives the channels of a camera its new name and changes nothing else of them; `ignored_number` is

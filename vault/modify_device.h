@@ -1,17 +1,12 @@
 // Changing and removing a data source.
 #pragma once
 
-#include <cstddef>
 #include <vector>
 
 #include "platform/export.h"
+#include "platform/vault_limits.h"
 
 struct json_object;
-
-// Sizes in bytes, terminator included, of the buffers that receive the name and the description of
-// a data source. A longer text is cut to fit.
-inline constexpr std::size_t kVaultNameBytes = 65;
-inline constexpr std::size_t kDescriptionBytes = 513;
 
 // Makes up to three independent edits of a data source, in this order: name and description,
 // enabled state, channel list. An edit whose argument is null is not made.

@@ -7,12 +7,10 @@
 namespace devcfg {
 namespace {
 
-constexpr std::int64_t kNoType = -1;
-
 std::int32_t read_type(ObjectFields& fields, Problems& problems) {
   using Limits = std::numeric_limits<std::int32_t>;
   const auto type = fields.integer("type", Limits::min(), Limits::max(), Presence::kOptional);
-  if (type == kNoType) {
+  if (type == metadata_vault::kNoFilterType) {
     problems.add(fields.where("type"), "-1 means no type, and ends the reading of rules");
   }
   return static_cast<std::int32_t>(type.value_or(0));

@@ -31,7 +31,7 @@ class DeviceTree : public ConfigFile {
  public:
   explicit DeviceTree(TCfgMode mode) : ConfigFile(mode, base::kDeviceTreePath) {}
 
-  // Returns the whole node list, whatever its length; kNoValue when there is none.
+  // Returns the whole node list, whatever its length; kNoValue when it does not exist.
   std::string node_list() const;
 
   std::string key(const std::string& node) const;

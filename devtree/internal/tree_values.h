@@ -11,7 +11,7 @@ namespace orvaneip {
 // The default of reads: what they deliver where there is no value. As a node list, the empty list.
 inline constexpr char kNoValue[] = "NULL";
 
-// Reads the value at the path; where there is none, the default.
+// Reads the value at the path, or the default when it does not exist.
 template <std::size_t kSize, typename... Names>
 void read_value(void* tree, const char* default_value, char (&buffer)[kSize], Names... path) {
   buffer[0] = '\0';

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# check_includes.sh SOURCE_FOLDER: the folders include only what docs/architecture.md allows them.
+# check_includes.sh SOURCE_DIRECTORY: the rooms include only what docs/architecture.md allows them.
 set -euo pipefail
 cd "$1"
 declare -A allowed
-while read -r folder targets; do
-  allowed[${folder%:}]=" $targets "
+while read -r room targets; do
+  allowed[${room%:}]=" $targets "
 done < <(sed -n '/^```edges$/,/^```$/{/^```/d;p}' docs/architecture.md)
 [ ${#allowed[@]} -ge 4 ] || { echo "no table of edges in docs/architecture.md"; exit 1; }
 
-# Sets `owner` to the longest folder of the table that holds the file, or to ".".
+# Sets `owner` to the longest room of the table that holds the file, or to ".".
 find_owner() {
   owner=$1
   while [[ $owner == */* ]]; do

@@ -5,6 +5,6 @@ cd "$1"
 shown=$(sed -nE 's#^<title>(.*)&\#45;&gt;(.*)</title>$#\1 -> \2#p' docs/rooms.svg | LC_ALL=C sort)
 [ -n "$shown" ]
 diff -u <(echo "$shown") <(docs/draw_rooms.sh --edges) || {
-  echo "docs/rooms.svg is stale: run docs/draw_rooms.sh"
+  echo "docs/rooms.svg is stale: run ./dev rooms"
   exit 1
 }

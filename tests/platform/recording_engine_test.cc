@@ -63,6 +63,7 @@ TEST(RecordingEngine, EachOperationIsOneTransactionOfTheseCalls) {
     const test::TempVault directory;
     fill();
     test::OpenVault vault;
+    test::take_calls();
     EXPECT_EQ(operation.run(vault.vault), 0) << operation.calls;
     EXPECT_EQ(test::take_calls(), operation.calls);
   }
@@ -94,7 +95,7 @@ TEST(RecordingEngine, ARefusedRecordRollsBackAndTheSchemaIsCreatedInOneTransacti
   test::OpenVault vault;
   EXPECT_EQ(vault->insert_data_source(a), 0);
   const std::string calls = test::take_calls();
-  EXPECT_TRUE(calls.starts_with("prepare_empty begin_write queue ")) << calls;
+  EXPECT_TRUE(calls.starts_with("begin_read commit prepare_empty begin_write queue ")) << calls;
   EXPECT_TRUE(calls.ends_with("queue commit begin_write queue commit ")) << calls;
   EXPECT_EQ(vault->insert_data_source(test::data_source("a", 1)), kVaultIdTaken);
   EXPECT_EQ(test::take_calls(), "begin_write queue commit roll_back ");

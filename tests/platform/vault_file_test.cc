@@ -119,6 +119,9 @@ TEST(VaultFile, IsCreatedByAChangeOnlyWithItsModeWhateverTheUmask) {
     EXPECT_EQ(test::show(), R"({"vault_list":[]})");
     EXPECT_TRUE(test::stored().empty());
     EXPECT_EQ(aevt_remove_event("e"), 0);
+    EXPECT_EQ(devcfg_set_last_recv_time("a", 1), kVaultNotFound);
+    EXPECT_EQ(test::OpenVault()->remove_channel_by_guid("g"), 0);
+    EXPECT_EQ(test::OpenVault()->update_data_source(test::data_source("a", 0)), kVaultNotFound);
     EXPECT_FALSE(std::filesystem::exists(parent));
     EXPECT_EQ(test::add("a"), 0);
     umask(before);
@@ -148,9 +151,33 @@ TEST(VaultFile, CreatedByRootHasTheOwnerOfItsDirectory) {
 // As version 1 of the schema created it.
 TEST(VaultFile, OfTheFirstVersionIsReadAndUpgradedByTheFirstChange) {
   const test::TempVault directory;
-  EXPECT_EQ(test::add("a"), 0);
   const test::BareSqlite file(directory.database());
-  EXPECT_EQ(file.exec("DROP TABLE active_event; PRAGMA user_version = 0x4F525601"), 0);
+  ASSERT_EQ(
+      file.exec(
+          "PRAGMA journal_mode = WAL; PRAGMA application_id = 0x4F52564E;"
+          "PRAGMA user_version = 0x4F525601;"
+          "CREATE TABLE data_source (record_id INTEGER PRIMARY KEY AUTOINCREMENT, vault_id TEXT NOT"
+          " NULL UNIQUE, type TEXT NOT NULL, vault_name TEXT NOT NULL, enable INTEGER NOT NULL,"
+          " list_index INTEGER NOT NULL, description TEXT NOT NULL, last_recv_time BIGINT NOT "
+          "NULL);"
+          "CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
+          " WHERE list_index >= 0;"
+          "CREATE TRIGGER data_source_limit BEFORE INSERT ON data_source WHEN (SELECT count(*) FROM"
+          " data_source) >= 128 BEGIN SELECT RAISE(ABORT, 'the vault list is full'); END;"
+          "CREATE TABLE channel (record_id INTEGER PRIMARY KEY AUTOINCREMENT, vault_id TEXT NOT"
+          " NULL, channel_index INTEGER NOT NULL, guid TEXT NOT NULL, name TEXT NOT NULL);"
+          "CREATE INDEX channel_by_vault ON channel (vault_id, channel_index, record_id);"
+          "CREATE INDEX channel_by_guid ON channel (guid);"
+          "CREATE TABLE filter (record_id INTEGER PRIMARY KEY AUTOINCREMENT, vault_id TEXT NOT"
+          " NULL, type INTEGER NOT NULL, target TEXT NOT NULL, result TEXT NOT NULL, name TEXT NOT"
+          " NULL);"
+          "CREATE INDEX filter_by_vault ON filter (vault_id, record_id);"
+          "CREATE TABLE metadata (record_id INTEGER PRIMARY KEY AUTOINCREMENT, metadata_id TEXT NOT"
+          " NULL UNIQUE, vault_id TEXT NOT NULL, content TEXT NOT NULL);"
+          "INSERT INTO data_source VALUES (1, 'a', 't', 'n', 1, 0, 'd', 5);"
+          "INSERT INTO channel VALUES (1, 'a', 0, 'g', 'n');"
+          "INSERT INTO filter VALUES (1, 'a', 1, 't', 'r', 'n'); ANALYZE; VACUUM"),
+      0);
   const std::string before = test::show();
   EXPECT_EQ(test::stored().size(), 1U);
   EXPECT_EQ(file.query("PRAGMA user_version")->at(0, 0), std::to_string(0x4F525601));

@@ -70,7 +70,7 @@ TEST_F(RuleList, EndsAtAFilterWithoutATypeAndTheOthersAreApplied) {
 TEST(MetadataRemove, FillsBothBuffersWhateverHappens) {
   const test::TempVault vault;
   char key[] = "m1";
-  metadata_remove(key, nullptr, nullptr, nullptr);  // creates the database
+  ASSERT_EQ(test::add("v"), 0);  // creates the database
   const test::BareSqlite database(vault.database());
   ASSERT_EQ(database.exec("INSERT INTO metadata VALUES (1, 'm1', 'v', '')"), 0);
   const std::string failed = "[libzelip](metadata_remove:N) Remove data failed: ";

@@ -16,7 +16,7 @@
 namespace orvaneplatform {
 namespace {
 
-const std::string kEventTable = "CREATE TABLE active_event (event_id TEXT PRIMARY KEY)";
+constexpr char kEventTable[] = "CREATE TABLE active_event (event_id TEXT PRIMARY KEY)";
 
 // In the vault's directory, or in the default one when the vault is on a server.
 std::string event_file_path() {
@@ -34,14 +34,15 @@ std::int64_t header_number(Engine& engine, const char* pragma) {
   return number;
 }
 
-// An event file bears no mark of its own, so a mark is another program's.
+// An event file has no application id; a file with one belongs to another program.
 void require_event_file(Engine& engine) {
   if (header_number(engine, "PRAGMA application_id") != 0 ||
       header_number(engine, "PRAGMA user_version") != 0) {
     throw base::Failure(engine.name(), "a database, but not of active events",
                         metadata_vault::kVaultDamaged);
   }
-  engine.require_schema({&kEventTable, 1});
+  const std::string table = kEventTable;
+  engine.require_schema({&table, 1});
 }
 
 std::vector<std::string> read_ids(Engine& engine) {
@@ -51,6 +52,23 @@ std::vector<std::string> read_ids(Engine& engine) {
                 [&ids](const Row& row) { ids.push_back(row.text(0)); }});
   engine.flush();
   return ids;
+}
+
+// Returns false, and logs why, when the file is not an event file or cannot be opened. Takes no
+// lock that a program which inserts would have to wait for.
+bool holds_events(Engine& file) {
+  try {
+    ReadTransaction transaction(file);
+    require_event_file(file);
+    return !read_ids(file).empty();
+  } catch (const base::Failure& failure) {
+    if (failure.status() != metadata_vault::kVaultDamaged &&
+        failure.status() != metadata_vault::kVaultUnreachable) {
+      throw;
+    }
+    orvane_log_debug("[events] %s", failure.what());
+    return false;
+  }
 }
 
 bool has_content(const std::string& path) {
@@ -66,18 +84,14 @@ void take_over_events(const std::function<void(const std::vector<std::string>& e
     return;
   }
   SqliteEngine file(path);
-  try {
-    require_event_file(file);
-  } catch (const base::Failure& failure) {
-    orvane_log_debug("[events] %s", failure.what());
+  if (!holds_events(file)) {
     return;
   }
   WriteTransaction transaction(file);
-  if (const std::vector<std::string> ids = read_ids(file); !ids.empty()) {
-    store(ids);
-    file.queue({"DELETE FROM active_event"});
-    transaction.commit();
-  }
+  require_event_file(file);
+  store(read_ids(file));
+  file.queue({"DELETE FROM active_event"});
+  transaction.commit();
 }
 
 }  // namespace orvaneplatform

@@ -65,8 +65,9 @@ metadata_vault::VaultStatus run_operation(const VaultState& state, const char* o
   }
 }
 
-// Runs `work(engine)` in a transaction, to read unless the schema is older than `version`: a vault
-// that does not exist has no rows. Throws base::Failure; then nothing is changed.
+// read runs `work(engine)` in a transaction, and does nothing when the schema is older than
+// `version` or there is no vault. write creates the vault or upgrades its schema first. Both throw
+// base::Failure; then nothing is changed.
 template <typename Work>
 void read(metadata_vault::VaultConnectionState& connection, int version, Work work) {
   if (connection.version() >= version) {
@@ -84,6 +85,8 @@ void write(metadata_vault::VaultConnectionState& connection, Work work) {
 }
 
 // The same as an operation: returns kVaultOk or the status of the failure, which is logged.
+// change_vault is for work that only changes rows that exist: it does not create a vault, and its
+// status is `missing` when there is none.
 template <typename Work>
 metadata_vault::VaultStatus read_vault(const VaultState& state, const char* operation, Work work) {
   return run_operation(state, operation, [&](metadata_vault::VaultConnectionState& connection) {
@@ -94,6 +97,18 @@ template <typename Work>
 metadata_vault::VaultStatus write_vault(const VaultState& state, const char* operation, Work work) {
   return run_operation(state, operation, [&](metadata_vault::VaultConnectionState& connection) {
     write(connection, work);
+  });
+}
+
+template <typename Work>
+metadata_vault::VaultStatus change_vault(const VaultState& state, const char* operation,
+                                         metadata_vault::VaultStatus missing, Work work) {
+  return run_operation(state, operation, [&](metadata_vault::VaultConnectionState& connection) {
+    if (connection.version() > 0) {
+      write(connection, work);
+    } else if (missing != metadata_vault::kVaultOk) {
+      throw base::Failure("", "there is no vault", missing);
+    }
   });
 }
 

@@ -9,6 +9,7 @@
 namespace {
 
 using namespace metadata_vault;
+using orvaneplatform::change_vault;
 using orvaneplatform::Engine;
 using orvaneplatform::read_vault;
 using orvaneplatform::write_vault;
@@ -71,7 +72,7 @@ int CDataSource::insert_data_source(const DataSource& data_source) {
 }
 
 int CDataSource::update_data_source(const DataSource& data_source) {
-  return write_vault(state_, __func__, [&](Engine& engine) {
+  return change_vault(state_, __func__, kVaultNotFound, [&](Engine& engine) {
     run_on_row(
         engine,
         {"UPDATE data_source SET type = $1, vault_name = $2, enable = $3, list_index = $4,"
@@ -82,7 +83,7 @@ int CDataSource::update_data_source(const DataSource& data_source) {
 }
 
 int CDataSource::remove_data_source(const DataSource& data_source) {
-  return write_vault(state_, __func__, [&](Engine& engine) {
+  return change_vault(state_, __func__, kVaultNotFound, [&](Engine& engine) {
     const std::string& vault_id = data_source.vault_id;
     engine.queue({"DELETE FROM channel WHERE vault_id = $1", {&vault_id}});
     engine.queue({"DELETE FROM filter WHERE vault_id = $1", {&vault_id}});
@@ -100,7 +101,7 @@ int CDataSource::insert_channel(const Channel& channel) {
 }
 
 int CDataSource::update_channel(const Channel& channel) {
-  return write_vault(state_, __func__, [&](Engine& engine) {
+  return change_vault(state_, __func__, kVaultNotFound, [&](Engine& engine) {
     run_on_row(engine, {"UPDATE channel SET vault_id = $1, channel_index = $2, guid = $3,"
                         " name = $4 WHERE record_id = $5",
                         {&channel.vault_id, channel.channel_index, &channel.guid, &channel.name,
@@ -116,13 +117,13 @@ int CDataSource::query_channel(const std::string& vault_id, const std::string& g
 }
 
 int CDataSource::remove_channel_by_guid(const std::string& guid) {
-  return write_vault(state_, __func__, [&](Engine& engine) {
+  return change_vault(state_, __func__, kVaultOk, [&](Engine& engine) {
     engine.queue({"DELETE FROM channel WHERE guid = $1", {&guid}});
   });
 }
 
 int CDataSource::remove_channel_by_vault_id(const std::string& vault_id) {
-  return write_vault(state_, __func__, [&](Engine& engine) {
+  return change_vault(state_, __func__, kVaultOk, [&](Engine& engine) {
     engine.queue({"DELETE FROM channel WHERE vault_id = $1", {&vault_id}});
   });
 }
@@ -136,7 +137,7 @@ int CDataSource::insert_filter(const Filter& filter) {
 }
 
 int CDataSource::remove_filter_by_vault_id(const std::string& vault_id) {
-  return write_vault(state_, __func__, [&](Engine& engine) {
+  return change_vault(state_, __func__, kVaultOk, [&](Engine& engine) {
     engine.queue({"DELETE FROM filter WHERE vault_id = $1", {&vault_id}});
   });
 }

@@ -3,7 +3,8 @@
 // the engine's own directory.
 //
 // The order of calls: begin_read or begin_write, any number of queue and flush, then commit or
-// roll_back; and again. Outside of a transaction: schema_version, prepare_empty, require_schema.
+// roll_back; and again. schema_version and require_schema are called in a transaction,
+// prepare_empty outside of one.
 // Every function but roll_back throws base::Failure with a VaultStatus; after a failure within a
 // transaction only roll_back follows. A connection belongs to one thread at a time.
 #pragma once
@@ -58,7 +59,7 @@ class Engine {
   virtual int schema_version() = 0;
 
   // Fails with kVaultDamaged unless the database holds what these statements create, and nothing
-  // else.
+  // else but the tables that the database creates by itself.
   virtual void require_schema(std::span<const std::string> statements) = 0;
 
   // Makes an empty database ready for its first schema.
@@ -84,7 +85,7 @@ class Engine {
   // Flushes and ends the transaction. What it wrote is durable then.
   virtual void commit() = 0;
 
-  // Ends the transaction without a change. Without effect when there is none.
+  // Ends the transaction without a change. Without effect outside of a transaction.
   virtual void roll_back() noexcept = 0;
 };
 

@@ -23,13 +23,14 @@ int vault_set_last_recv_time(const std::string& vault_id, std::int64_t time_ms) 
   if (const auto status = state->open(); status != metadata_vault::kVaultOk) {
     return status;
   }
-  return orvaneplatform::write_vault(state, __func__, [&](Engine& engine) {
-    if (!exists(engine, vault_id)) {
-      throw base::Failure("", "no such record", metadata_vault::kVaultNotFound);
-    }
-    engine.queue(
-        {"UPDATE data_source SET last_recv_time = $1 WHERE vault_id = $2"
-         " AND last_recv_time < $3",
-         {time_ms, &vault_id, time_ms}});
-  });
+  return orvaneplatform::change_vault(
+      state, __func__, metadata_vault::kVaultNotFound, [&](Engine& engine) {
+        if (!exists(engine, vault_id)) {
+          throw base::Failure("", "no such record", metadata_vault::kVaultNotFound);
+        }
+        engine.queue(
+            {"UPDATE data_source SET last_recv_time = $1 WHERE vault_id = $2"
+             " AND last_recv_time < $3",
+             {time_ms, &vault_id, time_ms}});
+      });
 }

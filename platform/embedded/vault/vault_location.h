@@ -9,7 +9,7 @@ enum class VaultKind { kSqlite, kPostgresql };
 
 struct VaultLocation {
   VaultKind kind;
-  std::string name;  // the file's path, or the URI of the server as it was given
+  std::string name;  // the file's path, or the URI of a server, for which no engine is built in
 };
 
 // Returns the location that a setting names: kDefaultVaultPath (base/fixed_paths.h) when it is

@@ -56,9 +56,8 @@ Statements schema_of(int version, const Dialect& dialect) {
   return schema;
 }
 
-}  // namespace
-
-int check_schema(Engine& engine) {
+// In a transaction, so that version and tables are of the same moment.
+int check_stored_schema(Engine& engine) {
   const int version = engine.schema_version();
   if (version > kSchemaVersion) {
     throw base::Failure(engine.name(), "schema version " + std::to_string(version) + " is newer",
@@ -70,13 +69,22 @@ int check_schema(Engine& engine) {
   return version;
 }
 
+}  // namespace
+
+int check_schema(Engine& engine) {
+  ReadTransaction transaction(engine);
+  const int version = check_stored_schema(engine);
+  transaction.commit();
+  return version;
+}
+
 void upgrade_schema(Engine& engine, int version) {
   if (version == 0) {
     engine.prepare_empty();
   }
   WriteTransaction transaction(engine);
   // Another process may have upgraded it before this one had the lock.
-  for (version = engine.schema_version(); version < kSchemaVersion; ++version) {
+  for (version = check_stored_schema(engine); version < kSchemaVersion; ++version) {
     for (const std::string& statement : kSteps[version](engine.dialect())) {
       engine.queue({statement});
     }

@@ -40,7 +40,7 @@ class SqliteRow : public Row {
   SQLite::Statement& statement_;
 };
 
-// Ends the run of a statement, whatever came of it.
+// Ends the run of a statement, whether or not it failed.
 class Reset {
  public:
   explicit Reset(SQLite::Statement& statement) : statement_(statement) {}
@@ -146,7 +146,9 @@ int SqliteEngine::integer_pragma(const char* name) {
 // 0 when it is not a vault database. Version and tables are stored in one transaction.
 int SqliteEngine::vault_version() {
   const int marked = integer_pragma("user_version");
-  return (marked & ~kVersionMask) == kVersionMark ? marked & kVersionMask : 0;
+  const bool is_marked = (marked & ~kVersionMask) == kVersionMark &&
+                         integer_pragma("application_id") == kApplicationId;
+  return is_marked ? marked & kVersionMask : 0;
 }
 
 bool SqliteEngine::is_empty() {
@@ -157,14 +159,10 @@ bool SqliteEngine::is_empty() {
 }
 
 int SqliteEngine::schema_version() {
-  int version = vault_version();
+  const int version = vault_version();
   if (version == 0 && !is_empty()) {
-    // Another process may have stored the first schema between the two looks.
-    version = vault_version();
-    if (version == 0) {
-      throw base::Failure(name_, "a database, but not a vault database",
-                          metadata_vault::kVaultDamaged);
-    }
+    throw base::Failure(name_, "a database, but not a vault database",
+                        metadata_vault::kVaultDamaged);
   }
   return version;
 }
@@ -173,7 +171,7 @@ int SqliteEngine::schema_version() {
 // own indexes of unique columns.
 void SqliteEngine::require_schema(std::span<const std::string> statements) {
   const auto fail = [this](const std::string& entry) {
-    throw base::Failure(name_, "its schema is not that of a vault: " + entry,
+    throw base::Failure(name_, "its schema is not the expected one: " + entry,
                         metadata_vault::kVaultDamaged);
   };
   std::size_t found = 0;
@@ -192,7 +190,7 @@ void SqliteEngine::require_schema(std::span<const std::string> statements) {
     }
   });
   if (found != statements.size()) {
-    fail("a part is missing");
+    fail("a table or index is missing");
   }
 }
 
