@@ -14,7 +14,6 @@ namespace devcfg {
 
 using metadata_vault::Channel;
 using metadata_vault::DataSource;
-using metadata_vault::Filter;
 
 // An open connection to the vault database.
 class Vault {

@@ -140,7 +140,7 @@ bool append_devices(void** tree, std::vector<dev_filter>& devices) {
   char list[kFilterDeviceListBytes] = {};
   read_text(tree, list, "device_node_list");
   if (*list == '\0') {
-    log_Debug("[libdevcfg] There is no rules in %s", base::kRuleFilePath);
+    log_Debug("[libdevcfg] There is no rules in %s", kRuleFilePath);
     return true;
   }
   const std::vector<char*> names = split_in_place(list);
@@ -149,7 +149,7 @@ bool append_devices(void** tree, std::vector<dev_filter>& devices) {
   for (const char* name : names) {
     append_device(tree, name, devices, budget);
     if (budget.is_exceeded()) {
-      log_Debug("[libdevcfg] %s lists more than %zu rules", base::kRuleFilePath, kMaxFileRules);
+      log_Debug("[libdevcfg] %s lists more than %zu rules", kRuleFilePath, kMaxFileRules);
       std::vector<dev_filter>().swap(devices);
       return false;
     }
@@ -160,9 +160,9 @@ bool append_devices(void** tree, std::vector<dev_filter>& devices) {
 // Returns the subtree under the top element `top`, null when it does not exist; nothing, with a log
 // line, when the file cannot be opened.
 std::optional<void**> export_rule_file(const char* top) {
-  const orvaneip::ConfigFile file(kCfgRead, base::kRuleFilePath);
+  const orvaneip::ConfigFile file(kCfgRead, kRuleFilePath);
   if (!file.is_open()) {
-    log_Debug("[libdevcfg] open %s fail", base::kRuleFilePath);
+    log_Debug("[libdevcfg] open %s fail", kRuleFilePath);
     return std::nullopt;
   }
   return xmlcfg_export_xmltree(file.handle(), top, nullptr);
@@ -178,7 +178,7 @@ int devcfg_get_filter_rules_list(std::vector<dev_filter>& devices) {
   }
   const ExportedTree tree(*exported);
   if (tree.get() == nullptr) {
-    log_Debug("[libdevcfg] export tree of %s fail", base::kRuleFilePath);
+    log_Debug("[libdevcfg] export tree of %s fail", kRuleFilePath);
     return -1;
   }
   return append_devices(tree.get(), devices) ? 0 : -1;

@@ -6,6 +6,7 @@
 namespace devcfg {
 namespace {
 
+using metadata_vault::Filter;
 using metadata_vault::kVaultOk;
 
 // Channels and filters may be stored for an identifier without a data source; a new one would have

@@ -10,6 +10,8 @@
 
 namespace devcfg {
 
+using metadata_vault::Filter;
+
 // Longest target or result in bytes: filtering would cut a longer one.
 inline constexpr std::size_t kMaxFilterTextBytes = kRuleTextBytes - 1;
 

@@ -24,7 +24,9 @@ std::vector<Entry> read_entries(const BuiltinList& builtin_list) {
                      kMaxDeviceNodes);
   }
   std::vector<Entry> entries;
-  for (int number = 0; number < std::min(count, kMaxDeviceNodes); ++number) {
+  const int used = std::clamp(count, 0, kMaxDeviceNodes);
+  entries.reserve(static_cast<std::size_t>(used));
+  for (int number = 0; number < used; ++number) {
     entries.push_back({builtin_list.key(number), builtin_list.value(number, "builtin"),
                        builtin_list.marks_builtin(number)});
   }
