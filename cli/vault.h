@@ -42,7 +42,7 @@ class Vault {
 // Returns the data source as it is stored now. Throws CommandError when it does not exist.
 DataSource stored_data_source(const std::string& vault_id);
 
-// Return the library's document of all data sources (vault/list_devices.h), or of one.
+// Return the library's document of all data sources (vault/device_documents.h), or of one.
 Json all_data_sources_document();
 Json data_source_document(const std::string& vault_id);
 

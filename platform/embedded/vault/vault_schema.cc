@@ -21,8 +21,8 @@ Statements version_1(const Dialect& dialect) {
           ", vault_id TEXT NOT NULL UNIQUE, type TEXT NOT NULL, vault_name TEXT NOT NULL,"
           " enable INTEGER NOT NULL, list_index INTEGER NOT NULL, description TEXT NOT NULL,"
           " last_recv_time BIGINT NOT NULL)",
-      "CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
-      " WHERE list_index >= 0",
+      ("CREATE UNIQUE INDEX data_source_by_index ON data_source (list_index)"
+       " WHERE list_index >= 0"),
       dialect.data_source_limit(metadata_vault::kMaxDataSources),
       "CREATE TABLE channel (" + key +
           ", vault_id TEXT NOT NULL, channel_index INTEGER NOT NULL, guid TEXT NOT NULL,"

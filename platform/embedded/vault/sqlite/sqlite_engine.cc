@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <thread>
 
 #include "base/failure.h"
 #include "platform/embedded/vault/sqlite/sqlite_errors.h"
@@ -12,8 +11,6 @@
 
 namespace orvaneplatform {
 namespace {
-
-using std::chrono::steady_clock;
 
 // Stored in the file's header: "ORVN", and "ORV" with the schema version in the last byte, so that
 // one look shows whose file it is and which version. Must not change.
@@ -112,16 +109,11 @@ void SqliteEngine::configure() {
 
 // Called when another connection holds the lock, after `waits` waits for the same lock. 0 gives up.
 int SqliteEngine::wait_for_lock(void* engine, int waits) {
-  auto& deadline = static_cast<SqliteEngine*>(engine)->lock_deadline_;
-  const auto now = steady_clock::now();
+  LockWait& wait = static_cast<SqliteEngine*>(engine)->lock_wait_;
   if (waits == 0) {
-    deadline = now + std::chrono::milliseconds(metadata_vault::kLockWaitMs);
+    wait = LockWait();
   }
-  if (now >= deadline) {
-    return 0;
-  }
-  std::this_thread::sleep_for(std::chrono::milliseconds(kLockPauseMs));
-  return 1;
+  return wait.pause() ? 1 : 0;
 }
 
 const Dialect& SqliteEngine::dialect() const {
@@ -196,18 +188,16 @@ void SqliteEngine::require_schema(std::span<const std::string> statements) {
 
 void SqliteEngine::prepare_empty() {
   // The change of the journal needs the file alone and does not wait for it by itself.
-  const auto deadline =
-      steady_clock::now() + std::chrono::milliseconds(metadata_vault::kLockWaitMs);
+  LockWait wait;
   for (;;) {
     try {
       execute("PRAGMA journal_mode = WAL");
       return;
     } catch (const base::Failure& failure) {
-      if (failure.status() != metadata_vault::kVaultBusy || steady_clock::now() >= deadline) {
+      if (failure.status() != metadata_vault::kVaultBusy || !wait.pause()) {
         throw;
       }
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(kLockPauseMs));
   }
 }
 

@@ -3,17 +3,13 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
-#include <chrono>
 #include <string>
 #include <unordered_map>
 
 #include "platform/embedded/vault/engine.h"
+#include "platform/embedded/vault/sqlite/lock_wait.h"
 
 namespace orvaneplatform {
-
-// The pause between two attempts to take a lock. The wait that SQLite offers pauses for up to 100
-// ms and so hardly ever meets the moment between two changes of a writer that makes many.
-inline constexpr int kLockPauseMs = 2;
 
 // The longest text or statement: an operation that meets a longer one fails with kVaultFailed.
 inline constexpr int kMaxVaultTextBytes = 64 << 20;
@@ -52,7 +48,7 @@ class SqliteEngine : public Engine {
   std::string name_;
   SQLite::Database database_;
   std::unordered_map<std::string, SQLite::Statement> prepared_;
-  std::chrono::steady_clock::time_point lock_deadline_;
+  LockWait lock_wait_;
   bool is_ready_to_write_ = false;
 };
 

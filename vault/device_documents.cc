@@ -1,4 +1,4 @@
-#include "vault/list_devices.h"
+#include "vault/device_documents.h"
 
 #include <json-c/json.h>
 
