@@ -2,4 +2,3 @@
 file(GLOB base_sources CONFIGURE_DEPENDS base/*.cc)
 add_library(base STATIC ${base_sources})
 target_link_libraries(base PUBLIC json-c::json-c)
-target_compile_definitions(base PRIVATE ORVANEIP_ROOT="${ORVANEIP_ROOT}")  # base/fixed_paths.h

@@ -78,7 +78,7 @@ bool has_content(const std::string& path) {
 
 }  // namespace
 
-void take_over_events(const std::function<void(const std::vector<std::string>& event_ids)>& store) {
+void migrate_events(const std::function<void(const std::vector<std::string>& event_ids)>& store) {
   const std::string path = event_file_path();
   if (!has_content(path)) {
     return;

@@ -18,7 +18,7 @@ void queue_insert(Engine& engine, const std::string& event_id) {
       {"INSERT INTO active_event (event_id) VALUES ($1) ON CONFLICT DO NOTHING", {&event_id}});
 }
 
-// Runs `work(connection)` on an open vault that has taken over the events of the event file.
+// Runs `work(connection)` on an open vault, after the events of the event file were moved into it.
 // Returns 0 or the status of the failure, which is logged.
 template <typename Work>
 int with_events(const char* operation, Work work) {
@@ -27,7 +27,7 @@ int with_events(const char* operation, Work work) {
     return status;
   }
   return orvaneplatform::run_operation(state, operation, [&](VaultConnectionState& connection) {
-    orvaneplatform::take_over_events([&](const std::vector<std::string>& event_ids) {
+    orvaneplatform::migrate_events([&](const std::vector<std::string>& event_ids) {
       orvaneplatform::write(connection, [&](Engine& engine) {
         for (const std::string& event_id : event_ids) {
           queue_insert(engine, event_id);

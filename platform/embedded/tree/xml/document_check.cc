@@ -159,7 +159,7 @@ class Checker : public pugi::xml_tree_walker {
     }
     std::sort(names_.begin(), names_.end());
     require(std::adjacent_find(names_.begin(), names_.end()) == names_.end(), element,
-            "an attribute that stands twice");
+            "an attribute that occurs twice");
   }
 
   const std::string& path_;
