@@ -56,8 +56,9 @@ std::vector<std::string> read_ids(Engine& engine) {
 
 // Returns false, and logs why, when the file is not an event file or cannot be opened. Takes no
 // lock that a program which inserts would have to wait for.
-bool holds_events(Engine& file) {
+bool holds_events(const std::string& path) {
   try {
+    SqliteEngine file(path);
     ReadTransaction transaction(file);
     require_event_file(file);
     return !read_ids(file).empty();
@@ -80,13 +81,10 @@ bool has_content(const std::string& path) {
 
 void migrate_events(const std::function<void(const std::vector<std::string>& event_ids)>& store) {
   const std::string path = event_file_path();
-  if (!has_content(path)) {
+  if (!has_content(path) || !holds_events(path)) {
     return;
   }
   SqliteEngine file(path);
-  if (!holds_events(file)) {
-    return;
-  }
   WriteTransaction transaction(file);
   require_event_file(file);
   store(read_ids(file));
